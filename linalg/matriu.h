@@ -69,6 +69,7 @@ public:
     MatriuT();
     MatriuT(int nr, int nc);
     MatriuT(MatriuT const&) = delete;
+    MatriuT(MatriuT&& m);                 // takes m's buffer, leaves m empty
     ~MatriuT();
 
     MatriuT& operator=(Matriu const& m);  // deep copy
