@@ -1,0 +1,265 @@
+// Inverse, determinant, reductions and the linear solvers of Matriu.
+//
+// The inverse has no tolerance anywhere: only an exactly zero determinant or
+// pivot is singular.  Its order of operations is fixed, because the laminate
+// stiffness inverses are compared bit for bit with stored results.
+#include "linalg/matriu.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "util/errorwriter.h"
+
+namespace vantrel {
+
+namespace {
+
+[[noreturn]] void Fatal()
+{
+    errorwriter.WriteErrorAndQuit();
+}
+
+void CheckSquare(int nrows, int ncols, int size, char const* what)
+{
+    if (size == 0) {
+        *errorwriter.error_stream << "Can't compute the " << what << " of a zero size Matriu";
+        Fatal();
+    }
+    if (nrows != ncols) {
+        *errorwriter.error_stream << "Can't compute the " << what << " of a rectangular Matriu\n"
+                                  << "\tnrows =" << nrows << ", ncols =" << ncols;
+        Fatal();
+    }
+}
+
+void CheckNotEmpty(int size, char const* what)
+{
+    if (size == 0) {
+        *errorwriter.error_stream << "Can't compute the " << what << " of a zero size Matriu";
+        Fatal();
+    }
+}
+
+[[noreturn]] void Singular(int n)
+{
+    *errorwriter.error_stream << "Inverse of a singular Matriu. Size = (" << n << " X " << n << ")";
+    Fatal();
+}
+
+// Row-major n x n access, 1-based, over a raw array.
+struct Square {
+    double const* a;
+    int n;
+    double operator()(int r, int c) const { return a[(r - 1) * n + (c - 1)]; }
+};
+
+// 2 x 2 determinant |p q; r s|.
+inline double Det2(double p, double q, double r, double s)
+{
+    return p * s - r * q;
+}
+
+// 3 x 3 determinant of rows (r1, r2, r3) and columns (c1, c2, c3) of m,
+// expanded along its first column.
+double Minor3(Square const& m, int r1, int r2, int r3, int c1, int c2, int c3)
+{
+    return m(r1, c1) * Det2(m(r2, c2), m(r2, c3), m(r3, c2), m(r3, c3))
+         - m(r2, c1) * Det2(m(r1, c2), m(r1, c3), m(r3, c2), m(r3, c3))
+         + m(r3, c1) * Det2(m(r1, c2), m(r1, c3), m(r2, c2), m(r2, c3));
+}
+
+// Cofactor C(r, c) of a 3 x 3 matrix.
+double Cofactor3(Square const& m, int r, int c)
+{
+    int const r1 = r == 1 ? 2 : 1, r2 = r == 3 ? 2 : 3;
+    int const c1 = c == 1 ? 2 : 1, c2 = c == 3 ? 2 : 3;
+    double const minor = Det2(m(r1, c1), m(r1, c2), m(r2, c1), m(r2, c2));
+    return (r + c) % 2 == 0 ? minor : -minor;
+}
+
+// Cofactor C(r, c) of a 4 x 4 matrix.
+double Cofactor4(Square const& m, int r, int c)
+{
+    int rows[3], cols[3];
+    for (int k = 1, i = 0; k <= 4; ++k)
+        if (k != r) rows[i++] = k;
+    for (int k = 1, i = 0; k <= 4; ++k)
+        if (k != c) cols[i++] = k;
+    double const minor = Minor3(m, rows[0], rows[1], rows[2], cols[0], cols[1], cols[2]);
+    return (r + c) % 2 == 0 ? minor : -minor;
+}
+
+double Cofactor(Square const& m, int r, int c)
+{
+    return m.n == 3 ? Cofactor3(m, r, c) : Cofactor4(m, r, c);
+}
+
+// Determinant of order 3 or 4 by expansion along the first column.  cof
+// receives the first-column cofactors C(i, 1), which are also the first row
+// of the adjugate.
+double FirstColumnExpansion(Square const& m, double* cof)
+{
+    double det = 0.0;
+    for (int i = 1; i <= m.n; ++i) {
+        cof[i - 1] = Cofactor(m, i, 1);
+        det += m(i, 1) * cof[i - 1];
+    }
+    return det;
+}
+
+// Inverts the n x n row-major matrix a into inv (n * n doubles, distinct from
+// a); an exactly singular matrix is fatal.
+void Invert(int n, double const* a, double* inv)
+{
+    Square const m{a, n};
+    if (n == 1) {
+        if (a[0] == 0.0) Singular(n);
+        inv[0] = 1.0 / a[0];
+        return;
+    }
+    if (n == 2) {
+        double const det = Det2(a[0], a[1], a[2], a[3]);
+        if (det == 0.0) Singular(n);
+        double const r = 1.0 / det;
+        inv[0] = a[3] * r;
+        inv[1] = -a[1] * r;
+        inv[2] = -a[2] * r;
+        inv[3] = a[0] * r;
+        return;
+    }
+    if (n <= 4) {
+        double cof[4];
+        double const det = FirstColumnExpansion(m, cof);
+        if (det == 0.0) Singular(n);
+        double const r = 1.0 / det;
+        // inverse(i, j) = C(j, i) / det; its first row is the cofactors above.
+        for (int i = 1; i <= n; ++i)
+            for (int j = 1; j <= n; ++j) {
+                double const c = i == 1 ? cof[j - 1] : Cofactor(m, j, i);
+                inv[(i - 1) * n + (j - 1)] = c * r;
+            }
+        return;
+    }
+
+    // Gauss-Jordan in place, without row exchange.
+    std::memcpy(inv, a, sizeof(double) * n * n);
+    for (int k = 0; k < n; ++k) {
+        double* const rowk = inv + k * n;
+        double const p = rowk[k];
+        if (p == 0.0) Singular(n);
+        for (int j = 0; j < n; ++j) rowk[j] /= -p;
+        for (int i = 0; i < n; ++i) {
+            if (i == k) continue;
+            double* const rowi = inv + i * n;
+            for (int j = 0; j < n; ++j)
+                if (j != k) rowi[j] += rowi[k] * rowk[j];
+            rowi[k] /= p;
+        }
+        rowk[k] = 1.0 / p;
+    }
+}
+
+}  // namespace
+
+Matriu Matriu::i() const
+{
+    CheckSquare(nrows, ncols, size, "inverse");
+    Matriu inv(nrows, nrows);
+    Invert(nrows, data, inv.data);
+    return inv;
+}
+
+void Transpose::i()
+{
+    // The inverse of the held matrix; the view then stands for its transpose,
+    // which is the inverse of the transpose.
+    CheckSquare(nrows, ncols, size, "inverse");
+    Matriu inv(nrows, nrows);
+    Invert(nrows, data, inv.data);
+    if (owner && data) delete[] data;
+    data = inv.data;
+    owner = 1;
+    inv.data = nullptr;
+    inv.nrows = inv.ncols = inv.size = 0;
+}
+
+double Matriu::det() const
+{
+    CheckSquare(nrows, ncols, size, "determinant");
+    if (nrows > 4) {
+        *errorwriter.error_stream << "Not implemented yet determinant for a Matriu greater than 4";
+        Fatal();
+    }
+    if (nrows == 1) return data[0];
+    if (nrows == 2) return Det2(data[0], data[1], data[2], data[3]);
+    double cof[4];
+    return FirstColumnExpansion(Square{data, nrows}, cof);
+}
+
+double Matriu::trace() const
+{
+    if (size == 0) {
+        *errorwriter.error_stream << "Can't compute the trace of a zero size Matriu";
+        Fatal();
+    }
+    if (nrows != ncols) {
+        *errorwriter.error_stream << "Can't compute the trace of a non square Matriu";
+        Fatal();
+    }
+    double t = 0.0;
+    for (int i = 0; i < nrows; ++i) t += data[i * ncols + i];
+    return t;
+}
+
+// The row and column "norms" are the largest plain signed sums, floored at
+// 0.0; callers rely on the sign being kept.
+double Matriu::rowNorm() const
+{
+    CheckNotEmpty(size, "rowNorm");
+    double best = 0.0;
+    for (int i = 0; i < nrows; ++i) {
+        double s = 0.0;
+        for (int j = 0; j < ncols; ++j) s += data[i * ncols + j];
+        if (s > best) best = s;
+    }
+    return best;
+}
+
+double Matriu::colNorm() const
+{
+    CheckNotEmpty(size, "colNorm");
+    double best = 0.0;
+    for (int j = 0; j < ncols; ++j) {
+        double s = 0.0;
+        for (int i = 0; i < nrows; ++i) s += data[i * ncols + j];
+        if (s > best) best = s;
+    }
+    return best;
+}
+
+double Matriu::sumSquare() const
+{
+    CheckNotEmpty(size, "sumSquare");
+    double s = 0.0;
+    for (int k = 0; k < size; ++k) s += data[k] * data[k];
+    return s;
+}
+
+double Matriu::sumAbsVal() const
+{
+    CheckNotEmpty(size, "sumAbsVal");
+    double s = 0.0;
+    for (int k = 0; k < size; ++k) s += std::fabs(data[k]);
+    return s;
+}
+
+double Matriu::maxAbsVal() const
+{
+    CheckNotEmpty(size, "maxAbsVal");
+    double best = 0.0;
+    for (int k = 0; k < size; ++k)
+        if (std::fabs(data[k]) > best) best = std::fabs(data[k]);
+    return best;
+}
+
+}  // namespace vantrel
