@@ -1,8 +1,10 @@
 #include "intvec/sort.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "intvec/intvec.h"
+#include "linalg/reavec.h"
 #include "util/errorwriter.h"
 
 namespace {
@@ -195,6 +197,12 @@ int BSearch(IntVec& v, int x)
     return n == 0 ? -1 : Bisect(x, &v[0], 0, n - 1);
 }
 
+int BSearch(vantrel::ReaVec& v, double x)
+{
+    const int n = v.length();
+    return n <= 0 ? -1 : Bisect(x, &v[0], 0, n - 1);
+}
+
 int LSearch(double x, double* a, int lo, int hi) { return Scan(x, a, lo, hi); }
 int LSearch(int x, int* a, int lo, int hi) { return Scan(x, a, lo, hi); }
 
@@ -202,6 +210,12 @@ int LSearch(IntVec& v, int x)
 {
     const int n = static_cast<int>(v.length());
     return n == 0 ? -1 : Scan(x, &v[0], 0, n - 1);
+}
+
+int LSearch(vantrel::ReaVec& v, double x)
+{
+    const int n = v.length();
+    return n <= 0 ? -1 : Scan(x, &v[0], 0, n - 1);
 }
 
 void QSort(double* a, int first, int count) { Sort(a, NoCarry{}, first, count); }
@@ -220,5 +234,37 @@ void QSort(IntVec& keys, IntVec& b)
 {
     const int n = static_cast<int>(keys.length());
     if (b.length() < keys.length()) LengthError(n, b.length());
+    if (n > 1) QSort(&keys[0], &b[0], 0, n);
+}
+
+void QSort(vantrel::ReaVec& a)
+{
+    const int n = a.length();
+    if (n > 1) QSort(&a[0], 0, n);
+}
+
+void QSort(IntVec& keys, vantrel::ReaVec& b)
+{
+    const int n = static_cast<int>(keys.length());
+    if (b.length() < n) LengthError(n, b.length());
+    if (n > 1) QSort(&keys[0], &b[0], 0, n);
+}
+
+void QSort(IntVec& keys, vantrel::ReaVec& b, int first, int count)
+{
+    // The run must lie inside both containers; an empty run touches nothing.
+    const long long end = static_cast<long long>(first) + count;
+    const long long room = std::min<long long>(keys.length(), b.length());
+    if (first < 0 || count < 0 || end > room) {
+        *errorwriter.error_stream << "Index " << end - 1 << " out of range.";
+        errorwriter.WriteErrorAndQuit();
+    }
+    if (count > 1) QSort(&keys[0], &b[0], first, count);
+}
+
+void QSort(vantrel::ReaVec& keys, vantrel::ReaVec& b)
+{
+    const int n = keys.length();
+    if (b.length() < n) LengthError(n, b.length());
     if (n > 1) QSort(&keys[0], &b[0], 0, n);
 }
