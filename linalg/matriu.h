@@ -17,6 +17,7 @@ class MatriuT;
 class Transpose;
 class ReaVec;
 class ReaVecV;
+class ReaVecVT;
 
 class Matriu {
 public:
@@ -243,6 +244,13 @@ Matriu operator*(Matriu const& A, Matriu const& B);
 Matriu operator*(Transpose const& A, Matriu const& B);
 Matriu operator*(Matriu const& A, Transpose const& B);
 Matriu operator*(Transpose const& A, Transpose const& B);
+
+// Matrix times vector.  A 4 x 4 matrix times a 3-vector is the affine
+// transform of a point (rotation block plus column 4; row 4 unused);
+// otherwise a length other than ncols is fatal.
+ReaVecVT operator*(Matriu const& M, ReaVecV const& v);
+// As above; also fatal when the result would exceed 3 elements.
+ReaVec operator*(Matriu const& M, ReaVec const& v);
 
 // Labelled table: column numbers, then each row after its number.
 std::ostream& operator<<(std::ostream& os, Matriu const& A);

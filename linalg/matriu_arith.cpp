@@ -6,6 +6,8 @@
 // that results are reproducible to the last bit.
 #include "linalg/matriu.h"
 
+#include "linalg/reavec.h"
+#include "linalg/reavecv.h"
 #include "util/errorwriter.h"
 
 namespace vantrel {
@@ -388,6 +390,57 @@ Matriu operator*(Matriu const& A, Transpose const& B)
 Matriu operator*(Transpose const& A, Transpose const& B)
 {
     return Product(Transposed(A), Transposed(B), 'D');
+}
+
+// ------------------------------------------------------ matrix times vector
+
+namespace {
+
+// r = M v over M's rows, or, for a 4 x 4 matrix and a 3-vector, the affine
+// transform of the point v: rows 1 to 3 of M v extended by a 1.  Nothing is
+// divided by the fourth row.
+void MatrixVector(Matriu const& M, double const* v, double* r, bool affine)
+{
+    int const inner = affine ? 3 : M.ncols;
+    int const rows = affine ? 3 : M.nrows;
+    for (int i = 1; i <= rows; ++i) {
+        double s = 0.0;
+        for (int k = 1; k <= inner; ++k) s += M(i, k) * v[k - 1];
+        r[i - 1] = affine ? s + M(i, 4) : s;
+    }
+}
+
+bool IsAffine(Matriu const& M, int length)
+{
+    return M.nrows == 4 && M.ncols == 4 && length == 3;
+}
+
+}  // namespace
+
+ReaVecVT operator*(Matriu const& M, ReaVecV const& v)
+{
+    bool const affine = IsAffine(M, v.length());
+    if (!affine && v.length() != M.ncols) {
+        *errorwriter.error_stream
+            << "error in ReaVecT  operator *. No correct size(file Matriu B)\n";
+        Fatal();
+    }
+    ReaVecVT r(affine ? 3 : M.nrows);
+    MatrixVector(M, v.data, r.data, affine);
+    return r;
+}
+
+ReaVec operator*(Matriu const& M, ReaVec const& v)
+{
+    bool const affine = IsAffine(M, v.length());
+    if (!affine && (v.length() != M.ncols || M.nrows > 3)) {
+        *errorwriter.error_stream
+            << "error in ReaVecT  operator *. No correct size (file Matriu A)\n";
+        Fatal();
+    }
+    ReaVec r(affine ? 3 : M.nrows);
+    MatrixVector(M, v.elements, r.elements, affine);
+    return r;
 }
 
 // ------------------------------------------------------ accumulating products

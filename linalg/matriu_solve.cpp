@@ -7,7 +7,10 @@
 
 #include <cmath>
 #include <cstring>
+#include <utility>
 
+#include "linalg/reavec.h"
+#include "linalg/reavecv.h"
 #include "util/errorwriter.h"
 
 namespace vantrel {
@@ -159,6 +162,48 @@ void Invert(int n, double const* a, double* inv)
     }
 }
 
+// Pivots smaller than this in magnitude are unusable for elimination.
+double const kPivotTolerance = 1e-15;
+// Crout diagonals smaller than this in magnitude are unusable; far below the
+// elimination threshold on purpose.
+double const kCroutTolerance = 1e-30;
+
+// Gaussian elimination with threshold pivoting on the n x n row-major array
+// a, right-hand side b and solution x.  a and b are overwritten.
+int Eliminate(int n, double* a, double* b, double* x)
+{
+    if (n < 1) return 1;
+    auto at = [a, n](int r, int c) -> double& { return a[(r - 1) * n + (c - 1)]; };
+    if (n == 1) {
+        if (std::fabs(a[0]) < kPivotTolerance) return 1;
+        x[0] = b[0] / a[0];
+        return 0;
+    }
+    for (int k = 1; k < n; ++k) {
+        if (std::fabs(at(k, k)) < kPivotTolerance) {
+            // The first acceptable row below, not the largest.
+            int r = k + 1;
+            while (r <= n && std::fabs(at(r, k)) < kPivotTolerance) ++r;
+            if (r > n) return 1;
+            for (int j = 1; j <= n; ++j) std::swap(at(k, j), at(r, j));
+            std::swap(b[k - 1], b[r - 1]);
+        }
+        for (int i = k + 1; i <= n; ++i) {
+            double const f = at(i, k) / at(k, k);
+            for (int j = k + 1; j <= n; ++j) at(i, j) -= at(k, j) * f;
+            b[i - 1] -= f * b[k - 1];
+        }
+    }
+    if (std::fabs(at(n, n)) < kPivotTolerance) return 1;
+    x[n - 1] = b[n - 1] / at(n, n);
+    for (int i = n - 1; i >= 1; --i) {
+        double s = 0.0;
+        for (int j = i + 1; j <= n; ++j) s += at(i, j) * x[j - 1];
+        x[i - 1] = (b[i - 1] - s) / at(i, i);
+    }
+    return 0;
+}
+
 }  // namespace
 
 Matriu Matriu::i() const
@@ -260,6 +305,59 @@ double Matriu::maxAbsVal() const
     for (int k = 0; k < size; ++k)
         if (std::fabs(data[k]) > best) best = std::fabs(data[k]);
     return best;
+}
+
+int Matriu::LinSolve(ReaVecV& b, ReaVecV& x)
+{
+    return Eliminate(nrows, data, b.data, x.data);
+}
+
+int Matriu::LinSolve(ReaVec& b, ReaVec& x)
+{
+    return Eliminate(nrows, data, b.elements, x.elements);
+}
+
+Matriu Matriu::LU() const
+{
+    CheckSquare(nrows, ncols, size, "crout decomposition");
+    int const n = nrows;
+    Matriu f(n, n);
+    // L on and below the diagonal, U (unit diagonal, not stored) above it.
+    auto a = [this](int r, int c) { return data[(r - 1) * ncols + (c - 1)]; };
+    for (int i = 1; i <= n; ++i) f(i, 1) = a(i, 1);
+    for (int j = 2; j <= n; ++j) f(1, j) = a(1, j) / f(1, 1);
+    for (int m = 2; m <= n; ++m) {
+        for (int i = 2; i < m; ++i) {
+            double s = 0.0;
+            for (int k = 1; k < i; ++k) s += f(i, k) * f(k, m);
+            f(i, m) = (a(i, m) - s) / f(i, i);
+        }
+        for (int c = 2; c <= m; ++c) {
+            double s = 0.0;
+            for (int k = 1; k < c; ++k) s += f(m, k) * f(k, c);
+            f(m, c) = a(m, c) - s;
+        }
+    }
+    return f;
+}
+
+int LULinSolve(Matriu& LU, ReaVecV& b)
+{
+    int const n = LU.nrows;
+    double* const x = b.data;
+    for (int i = 1; i <= n; ++i) {
+        double const d = LU(i, i);
+        if (std::fabs(d) < kCroutTolerance) return 1;
+        double s = 0.0;
+        for (int k = 1; k < i; ++k) s += LU(i, k) * x[k - 1];
+        x[i - 1] = (x[i - 1] - s) / d;
+    }
+    for (int i = n - 1; i >= 1; --i) {
+        double s = 0.0;
+        for (int k = i + 1; k <= n; ++k) s += LU(i, k) * x[k - 1];
+        x[i - 1] -= s;
+    }
+    return 0;
 }
 
 }  // namespace vantrel

@@ -1,4 +1,5 @@
 // Inverse, determinant, reductions and the linear solvers of Matriu.
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <random>
@@ -7,8 +8,12 @@
 
 #include "fatal.h"
 #include "linalg/matriu.h"
+#include "linalg/reavec.h"
+#include "linalg/reavecv.h"
 
 using vantrel::Matriu;
+using vantrel::ReaVec;
+using vantrel::ReaVecV;
 using vantrel::Transpose;
 
 namespace {
@@ -57,6 +62,28 @@ Matriu Mul(Matriu const& a, Matriu const& b)
             long double s = 0;
             for (int k = 1; k <= a.ncols; ++k) s += (long double)a(i, k) * b(k, j);
             r(i, j) = (double)s;
+        }
+    return r;
+}
+
+ReaVecV Vec(std::initializer_list<double> values)
+{
+    ReaVecV v(static_cast<int>(values.size()));
+    int k = 0;
+    for (double x : values) v[k++] = x;
+    return v;
+}
+
+// L (with its diagonal) times unit-upper U, both packed in one Crout matrix.
+Matriu CroutProduct(Matriu const& f)
+{
+    int const n = f.nrows;
+    Matriu r(n, n);
+    for (int i = 1; i <= n; ++i)
+        for (int j = 1; j <= n; ++j) {
+            double s = 0.0;
+            for (int k = 1; k <= std::min(i, j); ++k) s += f(i, k) * (k == j ? 1.0 : f(k, j));
+            r(i, j) = s;
         }
     return r;
 }
@@ -192,6 +219,136 @@ TEST(MatriuReductions, TraceAndSignedNormsAndSums)
     EXPECT_EQ(R.sumSquare(), 91.0);
 }
 
+TEST(MatriuLinSolve, SolvesWellConditionedSystems)
+{
+    std::mt19937 gen(11);
+    std::uniform_real_distribution<double> u(-5.0, 5.0);
+    for (int n = 1; n <= 10; ++n) {
+        Matriu A = RandomWellConditioned(n, gen);
+        ReaVecV b(n), x(n);
+        for (int k = 0; k < n; ++k) b[k] = u(gen);
+        Matriu work(A);
+        ReaVecV rhs(b);
+        ASSERT_EQ(work.LinSolve(rhs, x), 0) << "n=" << n;
+        for (int i = 1; i <= n; ++i) {
+            double s = 0.0;
+            for (int j = 1; j <= n; ++j) s += A(i, j) * x[j - 1];
+            EXPECT_NEAR(s, b[i - 1], 1e-12 * n) << "n=" << n << " row " << i;
+        }
+    }
+    Matriu one = Rows({{4}});
+    ReaVecV b1 = Vec({2}), x1(1);
+    EXPECT_EQ(one.LinSolve(b1, x1), 0);
+    EXPECT_EQ(x1[0], 0.5);
+
+    // The small fixed vector works the same way.
+    Matriu M = Rows({{2, 0, 0}, {1, 1, 0}, {0, 1, 4}});
+    ReaVec b(3), x(3);
+    b[0] = 4; b[1] = 5; b[2] = 11;
+    EXPECT_EQ(M.LinSolve(b, x), 0);
+    EXPECT_EQ(x[0], 2.0);
+    EXPECT_EQ(x[1], 3.0);
+    EXPECT_EQ(x[2], 2.0);
+}
+
+TEST(MatriuLinSolve, ThresholdPivotingExchangesOnlyBelowTheThreshold)
+{
+    Matriu A = Rows({{0, 1}, {1, 0}});
+    ReaVecV b = Vec({2, 3}), x(2);
+    EXPECT_EQ(A.LinSolve(b, x), 0);
+    EXPECT_EQ(x[0], 3.0);
+    EXPECT_EQ(x[1], 2.0);
+
+    // 1e-16 is below the threshold: the rows are exchanged, which the
+    // working storage shows, and the solution stays accurate.
+    Matriu tiny = Rows({{1e-16, 1}, {1, 0}});
+    ReaVecV bt = Vec({2, 3}), xt(2);
+    EXPECT_EQ(tiny.LinSolve(bt, xt), 0);
+    EXPECT_EQ(tiny(1, 1), 1.0);
+    EXPECT_EQ(bt[0], 3.0);
+    EXPECT_EQ(xt[0], 3.0);
+    EXPECT_DOUBLE_EQ(xt[1], 2.0);
+
+    // 1e-15 passes: no exchange.
+    Matriu small = Rows({{1e-15, 1}, {1, 0}});
+    ReaVecV bs = Vec({2, 3}), xs(2);
+    EXPECT_EQ(small.LinSolve(bs, xs), 0);
+    EXPECT_EQ(small(1, 1), 1e-15);
+    EXPECT_EQ(bs[0], 2.0);
+
+    // The first acceptable row is taken, not the largest one.
+    Matriu P = Rows({{0, 1, 1}, {1, 0, 0}, {5, 0, 1}});
+    ReaVecV bp = Vec({2, 1, 6}), xp(3);
+    EXPECT_EQ(P.LinSolve(bp, xp), 0);
+    EXPECT_EQ(P(1, 1), 1.0);
+    EXPECT_NEAR(xp[0], 1.0, 1e-15);
+    EXPECT_NEAR(xp[1], 1.0, 1e-15);
+    EXPECT_NEAR(xp[2], 1.0, 1e-15);
+}
+
+TEST(MatriuLinSolve, ReportsUnusablePivots)
+{
+    Matriu dependent = Rows({{1, 2}, {2, 4}});
+    ReaVecV b = Vec({1, 1}), x(2);
+    EXPECT_EQ(dependent.LinSolve(b, x), 1);
+
+    Matriu zeroColumn = Rows({{0, 1}, {0, 1}});
+    ReaVecV b2 = Vec({1, 1});
+    EXPECT_EQ(zeroColumn.LinSolve(b2, x), 1);
+
+    Matriu tinyScalar = Rows({{1e-16}});
+    ReaVecV b1 = Vec({1}), x1(1);
+    EXPECT_EQ(tinyScalar.LinSolve(b1, x1), 1);
+
+    Matriu empty;
+    ReaVecV none;
+    EXPECT_EQ(empty.LinSolve(none, none), 1);
+}
+
+TEST(MatriuCrout, FactorsMultiplyBackAndSolveLikeElimination)
+{
+    Matriu A = Rows({{2, 4, -2}, {1, 5, 3}, {3, 1, 4}});
+    Matriu F = A.LU();
+    // L's first column is A's; U's first row is A's divided by a(1,1).
+    EXPECT_EQ(F(1, 1), 2.0);
+    EXPECT_EQ(F(2, 1), 1.0);
+    EXPECT_EQ(F(3, 1), 3.0);
+    EXPECT_EQ(F(1, 2), 2.0);
+    EXPECT_EQ(F(1, 3), -1.0);
+    EXPECT_TRUE(CroutProduct(F) == A);
+
+    std::mt19937 gen(5);
+    std::uniform_real_distribution<double> u(-1.0, 1.0);
+    for (int n = 1; n <= 8; ++n) {
+        Matriu R = RandomWellConditioned(n, gen);
+        Matriu G = R.LU();
+        EXPECT_LT(MaxDiff(CroutProduct(G), R), 1e-13 * n) << "n=" << n;
+        ReaVecV b(n), x(n);
+        for (int k = 0; k < n; ++k) b[k] = u(gen);
+        ReaVecV lub(b), rhs(b);
+        Matriu work(R);
+        ASSERT_EQ(work.LinSolve(rhs, x), 0);
+        ASSERT_EQ(vantrel::LULinSolve(G, lub), 0);
+        for (int k = 0; k < n; ++k) EXPECT_NEAR(lub[k], x[k], 1e-13) << "n=" << n;
+    }
+}
+
+TEST(MatriuCrout, SolverThresholdIsFarBelowElimination)
+{
+    Matriu tinyDiagonal = Rows({{1, 0}, {0, 1e-31}});
+    ReaVecV b = Vec({1, 1});
+    EXPECT_EQ(vantrel::LULinSolve(tinyDiagonal, b), 1);
+    EXPECT_EQ(b[0], 1.0);  // the first row was already solved
+
+    Matriu small = Rows({{0x1p-80}});  // about 8e-25: unusable for elimination only
+    ReaVecV b1 = Vec({1});
+    EXPECT_EQ(vantrel::LULinSolve(small, b1), 0);
+    EXPECT_EQ(b1[0], 0x1p80);
+    Matriu work(small);
+    ReaVecV b2 = Vec({1}), x(1);
+    EXPECT_EQ(work.LinSolve(b2, x), 1);
+}
+
 TEST(MatriuSolveDeathTest, InverseMisuse)
 {
     Matriu empty;
@@ -227,4 +384,12 @@ TEST(MatriuSolveDeathTest, DeterminantTraceAndReductionMisuse)
     EXPECT_FATAL(empty.sumSquare(), "Can't compute the sumSquare of a zero size Matriu");
     EXPECT_FATAL(empty.sumAbsVal(), "Can't compute the sumAbsVal of a zero size Matriu");
     EXPECT_FATAL(empty.maxAbsVal(), "Can't compute the maxAbsVal of a zero size Matriu");
+}
+
+TEST(MatriuSolveDeathTest, CroutMisuse)
+{
+    Matriu empty;
+    EXPECT_FATAL(empty.LU(), "Can't compute the crout decomposition of a zero size Matriu");
+    EXPECT_FATAL(Matriu(2, 3).LU(),
+                 "Can't compute the crout decomposition of a rectangular Matriu\n\tnrows =2, ncols =3");
 }
