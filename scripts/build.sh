@@ -9,7 +9,7 @@ flags=()
 for arg in "$@"; do
     case "$arg" in
         --sanitize) dir=build-asan; flags+=(-DLAMINATE_SANITIZE=ON) ;;
-        --bench) flags+=(-DLAMINATE_BUILD_BENCH=ON -DCMAKE_BUILD_TYPE=Release) ;;
+        --bench) dir=build-bench; flags+=(-DLAMINATE_BUILD_BENCH=ON -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF) ;;
         *) echo "usage: $0 [--sanitize] [--bench]" >&2; exit 2 ;;
     esac
 done
