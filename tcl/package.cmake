@@ -43,7 +43,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
 
 # The command reference and the example travel with the package.
 foreach(_laminate_extra doc/commands.md examples/laminate_report.tcl
-                        examples/default_laminate.txt)
+                        examples/cross_ply.rec)
   if(EXISTS ${PROJECT_SOURCE_DIR}/${_laminate_extra})
     get_filename_component(_laminate_sub ${_laminate_extra} DIRECTORY)
     install(FILES ${PROJECT_SOURCE_DIR}/${_laminate_extra}
