@@ -143,6 +143,26 @@ proc layer_table {record} {
     return $layers
 }
 
+# The package accepts any numbers, but a laminate without stiffness (a zero
+# transverse shear modulus in every ply, no thickness at all) makes its
+# stiffness matrix singular, which ends the process with no word at the first
+# result.  Moduli and thicknesses are therefore checked here first.
+proc check_stiffness {record} {
+    set words [regexp -all -inline {\S+} $record]
+    set names {E1 E2 nu12 G12 G13 G23}
+    for {set k 0} {$k < [lindex $words 0]} {incr k} {
+        set base [expr {1 + 18 * $k}]
+        set fields [lrange $words $base [expr {$base + 5}]]
+        lappend fields [lindex $words [expr {$base + 15}]]
+        foreach name [linsert $names end thickness] value $fields {
+            if {$name ne "nu12" && !($value > 0)} {
+                return -code error "ply [expr {$k + 1}]: $name must be\
+                    positive, not $value"
+            }
+        }
+    }
+}
+
 proc results {type layer loads} {
     laminate_results $type report $layer $loads
 }
@@ -175,6 +195,7 @@ proc keep_worst {worstVar value args} {
 proc report {opts} {
     set loads [dict get $opts loads]
     laminate_material report [dict get $opts record]
+    check_stiffness [dict get $opts record]
     set layers [layer_table [dict get $opts record]]
     set n [last_layer report]
     # The first request checks the loads for the whole report.

@@ -42,12 +42,12 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   COMPONENT tcl)
 
 # The command reference and the example travel with the package.
-foreach(_laminate_extra doc/commands.md examples/laminate_report.tcl
-                        examples/cross_ply.rec)
-  if(EXISTS ${PROJECT_SOURCE_DIR}/${_laminate_extra})
-    get_filename_component(_laminate_sub ${_laminate_extra} DIRECTORY)
-    install(FILES ${PROJECT_SOURCE_DIR}/${_laminate_extra}
-      DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/${_laminate_sub}
-      COMPONENT tcl)
-  endif()
-endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/doc
+  COMPONENT tcl)
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/examples
+  COMPONENT tcl)
+install(FILES ${PROJECT_SOURCE_DIR}/examples/cross_ply.rec
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/examples
+  COMPONENT tcl)

@@ -1,0 +1,22 @@
+# Checks an installed package: run as "tclsh installed.tcl <prefix>".  The
+# package must be found through <prefix>/lib/tcltk alone and load from there.
+# Prints what is wrong and exits 1, or prints the version and exits 0.
+
+set prefix [file normalize [lindex $argv 0]]
+set auto_path [linsert $auto_path 0 [file join $prefix lib tcltk]]
+if {[catch {package require Laminate 1.0} version]} {
+    puts stderr "package require Laminate: $version"
+    exit 1
+}
+set file [lindex [lsearch -inline -index 1 [info loaded] Laminate] 0]
+if {![string match $prefix/lib/tcltk/Laminate1.0/* $file]} {
+    puts stderr "Laminate loaded from \"$file\", not from $prefix"
+    exit 1
+}
+laminate_material m {1 100 10 0.3 5 4 3 50 20 50 20 10 8 6 0.5 90 1 1.5 1}
+set sigma [laminate_results stresses m 1 {10 0 0 0 0 0 0 0}]
+if {abs([lindex $sigma 1] - 10) > 1e-9} {
+    puts stderr "unexpected stresses {$sigma}"
+    exit 1
+}
+puts "Laminate $version from $file"
