@@ -9,11 +9,9 @@
 
 using vantrel::ReaVecV;
 
-namespace {
-
 // The result types.  The position of a name is the interface: it selects the
 // operation in result_ops below, entry for entry.
-const char* const result_types[] = {
+static const char* const result_types[] = {
     "FS_TW",             //  0
     "stresses",          //  1
     "strains",           //  2
@@ -45,6 +43,8 @@ const char* const result_types[] = {
     "shearStrain13_lam", // 28
     "FS_TW_simple",      // 29
     nullptr};
+
+namespace {
 
 // How a result reaches the interpreter.
 enum Shape {

@@ -25,9 +25,9 @@ proc record {args} {
 
 # Runs script in a new tclsh with the package loaded and returns what it
 # printed: for tests that need the registry in a known state (it is per
-# process and never shrinks).
+# process and never shrinks).  The script finds the default layer in $ply.
 proc fresh {script} {
-    exec [interpreter] << "package require Laminate\n$script"
+    exec [interpreter] << "package require Laminate\nset ply {[layer]}\n$script"
 }
 
 # Numbers equal to about 1e-9 of the largest magnitude in the list (so a
