@@ -119,8 +119,9 @@ void Sort(K* a, C carry, int first, int count)
     for (int run = first + 2; run <= last; ++run) {
         int at = run - 1;
         if constexpr (std::is_floating_point<K>::value) {
-            // A NaN orders with nothing, so the sentinel may not bound the
-            // scan; keep it inside the array.
+            // A NaN orders with nothing, so the reasoning that puts the
+            // smallest element first does not cover such input; keep the
+            // scan inside the run whatever the keys hold.
             while (at >= first && a[run] < a[at]) --at;
         } else {
             while (a[run] < a[at]) --at;
