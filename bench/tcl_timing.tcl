@@ -1,0 +1,70 @@
+# Times laminate_results from Tcl on an 8-ply laminate, next to a baseline
+# loop that calls the built-in [list] with the same four arguments, so the
+# package's overhead reads as a ratio on any machine.
+#
+# usage: tclsh bench/tcl_timing.tcl ?cpp-results.csv?
+#   With the C++ benchmark's CSV output the script also reports the two
+#   targets: CalcTD on 8 plies against the bare 8x8 inverse, and the
+#   package's own share of an FS_TW call against one baseline iteration.
+
+package require Laminate 1.0
+
+set plies {0 45 -45 90 90 -45 45 0}
+set record [llength $plies]
+foreach angle $plies {
+    append record " 135e9 10e9 0.3 5e9 5e9 3.6e9 1200e6 200e6 1500e6 50e6 70e6 50e6 70e6 0"
+    append record " $angle 0.000125 1600 1"
+}
+laminate_material bench8 $record
+set loads {2.0e5 -1.0e5 5.0e4 10.0 -5.0 2.0 1.0e3 5.0e2}
+
+# Microseconds per iteration of a loop running the command n times, the best
+# of several rounds (the least disturbed by the rest of the machine).
+proc per_call {n rounds args} {
+    set best Inf
+    for {set r 0} {$r < $rounds} {incr r} {
+        set t0 [clock microseconds]
+        for {set i 0} {$i < $n} {incr i} { {*}$args }
+        set dt [expr {double([clock microseconds] - $t0) / $n}]
+        if {$dt < $best} { set best $dt }
+    }
+    return $best
+}
+
+set n 200000
+set rounds 5
+set baseline [per_call $n $rounds list FS_TW bench8 2 $loads]
+puts [format "%-22s %10s %8s" "call (8 plies, ply 2)" "us/call" "x list"]
+puts [format "%-22s %10.4f %8.2f" "list (baseline)" $baseline 1.0]
+set times [dict create]
+foreach type {FS_TW FS_TW_simple FS_LaRCm2 stresses stress1_lam shearStress23_lam} {
+    set t [per_call [expr {$n / 10}] $rounds laminate_results $type bench8 2 $loads]
+    dict set times $type $t
+    puts [format "%-22s %10.4f %8.2f" $type $t [expr {$t / $baseline}]]
+}
+
+if {[llength $argv] == 0} { exit 0 }
+
+# Google Benchmark CSV: name,iterations,real_time,cpu_time,time_unit,...
+set cpp [dict create]
+set f [open [lindex $argv 0]]
+foreach line [split [read $f] \n] {
+    set fields [split $line ,]
+    if {[llength $fields] < 5} continue
+    lassign $fields name iterations real cpu unit
+    set name [string trim $name \"]
+    if {![string is double -strict $cpu]} continue
+    set scale [dict get {ns 0.001 us 1.0 ms 1000.0 s 1000000.0} $unit]
+    dict set cpp $name [expr {$cpu * $scale}]
+}
+close $f
+
+set inverse [dict get $cpp BM_Inverse8x8]
+set calctd [dict get $cpp BM_CalcTD/8]
+set layer [dict get $cpp BM_FasTWcompleteLayer]
+set share [expr {[dict get $times FS_TW] - $layer}]
+puts ""
+puts [format "(a) CalcTD, 8 plies / bare 8x8 inverse:  %.3f us / %.3f us = %.2f  (target <= 2)" \
+          $calctd $inverse [expr {$calctd / $inverse}]]
+puts [format "(b) package share of FS_TW / list call:  (%.3f - %.3f) us / %.3f us = %.2f  (target <= 2)" \
+          [dict get $times FS_TW] $layer $baseline [expr {$share / $baseline}]]
