@@ -13,6 +13,8 @@
 #ifndef LAMINATE_LAMINATE_LAMINA1_H
 #define LAMINATE_LAMINATE_LAMINA1_H
 
+#include <vector>
+
 #include "intvec/intvec.h"
 #include "linalg/matriu.h"
 #include "linalg/reavecv.h"
@@ -170,6 +172,20 @@ public:
     vantrel::ReaVecV stressesBasLam;          // 3: bottom face stresses, layer axes
     vantrel::ReaVecV stressesLam;             // 3: mid-thickness stresses, layer axes
     vantrel::ReaVecV strainsLam;              // 3: mid-thickness strains, layer axes
+
+private:
+    // The radian angle and the unsnapped cosine and sine of a layer with the
+    // shortened degree factor.  Every recovery needs them for every layer, so
+    // they are kept per layer and recomputed only when the layer's angle
+    // changes; the values are those a fresh evaluation would give.
+    struct ShortAngle {
+        double deg;  // the angle they were computed from; NaN when unset
+        double rad;
+        double c;
+        double s;
+    };
+    ShortAngle const& shortAngle(int k);  // k counted from 0
+    std::vector<ShortAngle> shortAngles;
 };
 
 // One node of the material registry.  Destroying a node destroys the whole

@@ -20,6 +20,31 @@ void strainsAt(double z, ReaVecV const& membrane, ReaVecV const& curv,
     }
 }
 
+// Resizes to n entries (new ones 0); a vector of that length already is left
+// alone, as resize would leave it.
+// out = M * v for an N x N matrix, each entry summed from 0.0 in column
+// order, as ReaVecV::product does; the fixed size lets the loops unroll.
+template <int N>
+inline void product(Matriu const& M, ReaVecV const& v, ReaVecV& out)
+{
+    double const* row = M.data;
+    double const* x = v.data;
+    for (int i = 0; i < N; i++, row += N) {
+        double sum = 0.0;
+        for (int j = 0; j < N; j++) {
+            sum += row[j] * x[j];
+        }
+        out.data[i] = sum;
+    }
+}
+
+inline void sized(ReaVecV& v, int n)
+{
+    if (v.length() != n) {
+        v.resize(n, 0.0);
+    }
+}
+
 }  // namespace
 
 // The layer's top face is the one at zInterface[layer - 1] (nearer layer 1),
@@ -37,10 +62,10 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
 
     // The shortened degree factor and the 0.001 snap, as for the transverse
     // shear matrices.
-    double const theta = angleDeg[k] * 0.0174532925;
-    angleRad[k] = theta;
-    double s = sin(theta);
-    double c = cos(theta);
+    ShortAngle const& a = shortAngle(k);
+    angleRad[k] = a.rad;
+    double s = a.s;
+    double c = a.c;
     if (-0.001 < c && c < 0.001) {
         c = 0.0;
     }
@@ -48,23 +73,23 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
         s = 0.0;
     }
 
-    generalizedStrains.resize(8, 0.0);
-    membraneStrains.resize(3, 0.0);
-    curvatures.resize(3, 0.0);
-    transverseShearStrains.resize(2, 0.0);
-    shearStressesLam.resize(2, 0.0);
-    shearStressesGlob.resize(2, 0.0);
-    shearStrainsLam.resize(2, 0.0);
-    strainsTop.resize(3, 0.0);
-    strainsTopLam.resize(3, 0.0);
-    stressesTop.resize(3, 0.0);
-    stressesTopLam.resize(3, 0.0);
-    strainsBas.resize(3, 0.0);
-    strainsBasLam.resize(3, 0.0);
-    stressesBas.resize(3, 0.0);
-    stressesBasLam.resize(3, 0.0);
-    stressesLam.resize(3, 0.0);
-    strainsLam.resize(3, 0.0);
+    sized(generalizedStrains, 8);
+    sized(membraneStrains, 3);
+    sized(curvatures, 3);
+    sized(transverseShearStrains, 2);
+    sized(shearStressesLam, 2);
+    sized(shearStressesGlob, 2);
+    sized(shearStrainsLam, 2);
+    sized(strainsTop, 3);
+    sized(strainsTopLam, 3);
+    sized(stressesTop, 3);
+    sized(stressesTopLam, 3);
+    sized(strainsBas, 3);
+    sized(strainsBasLam, 3);
+    sized(stressesBas, 3);
+    sized(stressesBasLam, 3);
+    sized(stressesLam, 3);
+    sized(strainsLam, 3);
 
     calcQ_st(layer);
     calcQstar(layer);
@@ -73,7 +98,7 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
     // K is inverted in full on every call.  Only the first 8 load entries are
     // read.
     Matriu const Kinv = K.i();
-    generalizedStrains.product(Kinv, loads);
+    product<8>(Kinv, loads, generalizedStrains);
 
     for (int i = 0; i < 3; i++) {
         membraneStrains[i] = generalizedStrains[i];
@@ -90,24 +115,24 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
     // laminate-axes vector keeps its engineering shear).
     double const zTop = zInterface[k];
     strainsAt(zTop, membraneStrains, curvatures, strainsTop);
-    stressesTop.product(Q, strainsTop);
-    stressesTopLam.product(T, stressesTop);
+    product<3>(Q, strainsTop, stressesTop);
+    product<3>(T, stressesTop, stressesTopLam);
     strainsTop[2] *= 0.5;
-    strainsTopLam.product(T, strainsTop);
+    product<3>(T, strainsTop, strainsTopLam);
     strainsTopLam[2] *= 2.0;
     strainsTop[2] *= 2.0;
 
     double const zBas = zInterface[k] + layerThickness[k];
     strainsAt(zBas, membraneStrains, curvatures, strainsBas);
-    stressesBas.product(Q, strainsBas);
-    stressesBasLam.product(T, stressesBas);
+    product<3>(Q, strainsBas, stressesBas);
+    product<3>(T, stressesBas, stressesBasLam);
     strainsBas[2] *= 0.5;
-    strainsBasLam.product(T, strainsBas);
+    product<3>(T, strainsBas, strainsBasLam);
     strainsBasLam[2] *= 2.0;
     strainsBas[2] *= 2.0;
 
-    shearStressesGlob.product(Qstar, transverseShearStrains);
-    shearStressesLam.product(Q_st, transverseShearStrains);
+    product<2>(Qstar, transverseShearStrains, shearStressesGlob);
+    product<2>(Q_st, transverseShearStrains, shearStressesLam);
 
     double const g1 = transverseShearStrains[0];
     double const g2 = transverseShearStrains[1];

@@ -28,22 +28,38 @@ void clear(Matriu& m)
     }
 }
 
-// cos and sin of the layer angle with the shortened factor; a nonzero value
-// smaller than 0.001 in magnitude becomes exactly 0.
-void shortAngle(double deg, double& rad, double& c, double& s)
+// Gives a matrix the shape nr x nc (it usually has it already: the hot path
+// then allocates nothing) and zeroes it.
+void reset(Matriu& m, int nr, int nc)
 {
-    rad = deg * kDegToRadShort;
-    c = cos(rad);
-    s = sin(rad);
-    if (c != 0.0 && fabs(c) < 0.001) {
-        c = 0.0;
+    if (m.nrows != nr || m.ncols != nc) {
+        m.redimension(nr, nc);
     }
-    if (s != 0.0 && fabs(s) < 0.001) {
-        s = 0.0;
-    }
+    clear(m);
+}
+
+// A nonzero cosine or sine smaller than 0.001 in magnitude becomes exactly 0.
+double snapShort(double v)
+{
+    return v != 0.0 && fabs(v) < 0.001 ? 0.0 : v;
 }
 
 }  // namespace
+
+lamina1::ShortAngle const& lamina1::shortAngle(int k)
+{
+    if (shortAngles.size() != static_cast<size_t>(nlayers)) {
+        shortAngles.assign(nlayers, ShortAngle{NAN, 0.0, 0.0, 0.0});
+    }
+    ShortAngle& a = shortAngles[k];
+    if (!(a.deg == angleDeg[k])) {
+        a.deg = angleDeg[k];
+        a.rad = a.deg * kDegToRadShort;
+        a.c = cos(a.rad);
+        a.s = sin(a.rad);
+    }
+    return a;
+}
 
 void lamina1::calcNu21()
 {
@@ -121,8 +137,7 @@ void lamina1::calcQI()
 
 void lamina1::calcA()
 {
-    A.redimension(3, 3);
-    clear(A);
+    reset(A, 3, 3);
     zInterface.resize(nlayers + 1, 0.0);
     zMid.resize(nlayers + 1, 0.0);
     for (int k = 0; k <= nlayers; k++) {
@@ -145,20 +160,19 @@ void lamina1::calcA()
         zInterface[k] -= totalThickness / 2;
     }
 
+    double* const a = A.data;
     for (int k = 1; k <= nlayers; k++) {
-        Matriu const& Q = Qbar[k - 1];
-        for (int i = 1; i <= 3; i++) {
-            for (int j = 1; j <= 3; j++) {
-                A(i, j) += (zInterface[k] - zInterface[k - 1]) * Q(i, j);
-            }
+        double const* const q = Qbar[k - 1].data;
+        double const dz = zInterface[k] - zInterface[k - 1];
+        for (int e = 0; e < 9; e++) {
+            a[e] += dz * q[e];
         }
     }
 }
 
 void lamina1::calcB()
 {
-    B.redimension(3, 3);
-    clear(B);
+    reset(B, 3, 3);
     for (int k = 1; k <= nlayers; k++) {
         double const zu = zInterface[k];
         double const zl = zInterface[k - 1];
@@ -173,8 +187,7 @@ void lamina1::calcB()
 
 void lamina1::calcD()
 {
-    D.redimension(3, 3);
-    clear(D);
+    reset(D, 3, 3);
     for (int k = 1; k <= nlayers; k++) {
         double const zu = zInterface[k];
         double const zl = zInterface[k - 1];
@@ -190,11 +203,11 @@ void lamina1::calcD()
 
 void lamina1::calcQstar(int layer)
 {
-    Qstar.redimension(2, 2);
-    clear(Qstar);
-    double c;
-    double s;
-    shortAngle(angleDeg[layer - 1], angleRad[layer - 1], c, s);
+    reset(Qstar, 2, 2);
+    ShortAngle const& a = shortAngle(layer - 1);
+    angleRad[layer - 1] = a.rad;
+    double const c = snapShort(a.c);
+    double const s = snapShort(a.s);
     double const g23 = G23[layer - 1];
     double const g13 = G13[layer - 1];
     Qstar(1, 1) = g23 * (s * s) + g13 * (c * c);
@@ -205,11 +218,11 @@ void lamina1::calcQstar(int layer)
 
 void lamina1::calcQ_st(int layer)
 {
-    Q_st.redimension(2, 2);
-    clear(Q_st);
-    double c;
-    double s;
-    shortAngle(angleDeg[layer - 1], angleRad[layer - 1], c, s);
+    reset(Q_st, 2, 2);
+    ShortAngle const& a = shortAngle(layer - 1);
+    angleRad[layer - 1] = a.rad;
+    double const c = snapShort(a.c);
+    double const s = snapShort(a.s);
     double const g23 = G23[layer - 1];
     double const g13 = G13[layer - 1];
     Q_st(1, 1) = g13 * c;
@@ -222,8 +235,7 @@ void lamina1::calcQ_st(int layer)
 // weighted about its mid-thickness.
 void lamina1::calcH()
 {
-    H.redimension(2, 2);
-    clear(H);
+    reset(H, 2, 2);
     double const h = totalThickness;
     for (int k = 1; k <= nlayers; k++) {
         calcQstar(k);
@@ -244,14 +256,12 @@ void lamina1::calcH()
 // this form.
 void lamina1::calcBDH()
 {
-    B.redimension(3, 3);
-    clear(B);
-    D.redimension(3, 3);
-    clear(D);
-    H.redimension(2, 2);
-    clear(H);
-    H.redimension(2, 2);
-    clear(H);
+    reset(B, 3, 3);
+    reset(D, 3, 3);
+    reset(H, 2, 2);
+    double* const b = B.data;
+    double* const d = D.data;
+    double* const hs = H.data;
     double const h = totalThickness;
     for (int k = 1; k <= nlayers; k++) {
         calcQstar(k);
@@ -261,17 +271,15 @@ void lamina1::calcBDH()
         double const d2 = zu * zu - zl * zl;
         double const d3 = zu * zu * zu - zl * zl * zl;
         double const w = t - (zl * t * zl + t * t * t / 12) * (4 / (h * h));
-        Matriu const& Q = Qbar[k - 1];
-        for (int i = 1; i <= 3; i++) {
-            for (int j = 1; j <= 3; j++) {
-                B(i, j) += Q(i, j) * 0.5 * d2;
-                D(i, j) += (Q(i, j) * d3) / 3.0;
-            }
+        // Row-major 3 x 3 and 2 x 2 blocks: element by element, in place.
+        double const* const q = Qbar[k - 1].data;
+        for (int e = 0; e < 9; e++) {
+            b[e] += q[e] * 0.5 * d2;
+            d[e] += (q[e] * d3) / 3.0;
         }
-        for (int i = 1; i <= 2; i++) {
-            for (int j = 1; j <= 2; j++) {
-                H(i, j) += Qstar(i, j) * 1.25 * w;
-            }
+        double const* const qs = Qstar.data;
+        for (int e = 0; e < 4; e++) {
+            hs[e] += qs[e] * 1.25 * w;
         }
     }
 }
@@ -281,8 +289,7 @@ void lamina1::calcBDH()
 // stays uncoupled in K even for off-axis layers.
 void lamina1::calcK()
 {
-    K.redimension(8, 8);
-    clear(K);
+    reset(K, 8, 8);
     calcA();
     calcBDH();
     for (int i = 1; i <= 3; i++) {
