@@ -190,8 +190,11 @@ int laminate_results_cb(ClientData, Tcl_Interp* interp, int objc,
         set_layer_range_error(interp);
         return TCL_ERROR;
     }
-    ReaVecV loads(8);
-    ReaVecV out(3);
+    // Working storage, kept from call to call: every entry the call reads is
+    // written first, and commands run one at a time on the interpreter's
+    // thread, so a call allocates nothing of its own.
+    static ReaVecV loads(8);
+    static ReaVecV out(3);
     if (!read_loads(objv[4], loads)) {
         Tcl_SetResult(interp, const_cast<char*>("values not OK"), TCL_STATIC);
         return TCL_ERROR;
