@@ -9,7 +9,7 @@
 
 package require Laminate 1.0
 
-set plies {0 45 -45 90 90 -45 45 0}
+set plies {0 45 -45 90 0 45 -45 90}
 set record [llength $plies]
 foreach angle $plies {
     append record " 135e9 10e9 0.3 5e9 5e9 3.6e9 1200e6 200e6 1500e6 50e6 70e6 50e6 70e6 0"
@@ -53,8 +53,9 @@ foreach line [split [read $f] \n] {
     if {[llength $fields] < 5} continue
     lassign $fields name iterations real cpu unit
     set name [string trim $name \"]
-    if {![string is double -strict $cpu]} continue
-    set scale [dict get {ns 0.001 us 1.0 ms 1000.0 s 1000000.0} $unit]
+    set units {ns 0.001 us 1.0 ms 1000.0 s 1000000.0}
+    if {![string is double -strict $cpu] || ![dict exists $units $unit]} continue
+    set scale [dict get $units $unit]
     dict set cpp $name [expr {$cpu * $scale}]
 }
 close $f
