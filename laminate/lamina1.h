@@ -179,10 +179,11 @@ private:
     // they are kept per layer and recomputed only when the layer's angle
     // changes; the values are those a fresh evaluation would give.
     struct ShortAngle {
-        double deg;  // the angle they were computed from; NaN when unset
+        double deg;  // the angle they were computed from
         double rad;
         double c;
         double s;
+        bool set;    // false until first computed
     };
     ShortAngle const& shortAngle(int k);  // k counted from 0
     std::vector<ShortAngle> shortAngles;

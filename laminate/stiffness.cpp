@@ -9,6 +9,7 @@
 #include "laminate/lamina1.h"
 
 #include <cmath>
+#include <cstring>
 
 using vantrel::Matriu;
 
@@ -49,11 +50,14 @@ double snapShort(double v)
 lamina1::ShortAngle const& lamina1::shortAngle(int k)
 {
     if (shortAngles.size() != static_cast<size_t>(nlayers)) {
-        shortAngles.assign(nlayers, ShortAngle{NAN, 0.0, 0.0, 0.0});
+        shortAngles.assign(nlayers, ShortAngle{0.0, 0.0, 0.0, 0.0, false});
     }
     ShortAngle& a = shortAngles[k];
-    if (!(a.deg == angleDeg[k])) {
-        a.deg = angleDeg[k];
+    double const deg = angleDeg[k];
+    // Compared bit for bit: -0 and +0 give different signed zeros.
+    if (!a.set || std::memcmp(&a.deg, &deg, sizeof deg) != 0) {
+        a.set = true;
+        a.deg = deg;
         a.rad = a.deg * kDegToRadShort;
         a.c = cos(a.rad);
         a.s = sin(a.rad);
