@@ -209,7 +209,7 @@ proc report {opts} {
     }
     puts "Laminate: [dict get $opts source]"
     puts "Units:    [dict get $opts units]"
-    puts [format "  %d plies, %g thick; lay-up (layer 1 first): %s" $n \
+    puts [format "  %d plies, total thickness %g; lay-up (layer 1 first): %s" $n \
         $thickness [join [lmap layer $layers {lindex $layer 0}] /]]
     lassign [lrange $loads 0 7] N1 N2 N12 M1 M2 M12 Q1 Q2
     puts "Loads:    N1 N2 N12 = $N1 $N2 $N12   M1 M2 M12 = $M1 $M2 $M12   Q1 Q2 = $Q1 $Q2"
