@@ -32,6 +32,34 @@ void copyElements(double* to, const double* from, int n)
     if (n > 0) memcpy(to, from, static_cast<size_t>(n) * sizeof(double));
 }
 
+// Deep copy of m into a Matriu or a MatriuT: the array is replaced only when
+// the element count differs, so equal sizes of another shape reuse it.
+template <class To>
+void copyInto(To& to, Matriu const& m)
+{
+    if (to.size != m.size) {
+        release(to.data);
+        to.data = allocate(m.nrows, m.ncols);
+    }
+    to.nrows = m.nrows;
+    to.ncols = m.ncols;
+    to.size = m.size;
+    copyElements(to.data, m.data, to.size);
+}
+
+// Hands m's array over to a Matriu or a MatriuT and leaves m empty.
+template <class To>
+void takeOver(To& to, MatriuT& m)
+{
+    to.nrows = m.nrows;
+    to.ncols = m.ncols;
+    to.size = m.size;
+    release(to.data);
+    to.data = m.data;
+    m.nrows = m.ncols = m.size = 0;
+    m.data = nullptr;
+}
+
 void fatalFill(double v)
 {
     *errorwriter.error_stream << "Can't fill with " << v << " a zero size Matriu";
@@ -79,27 +107,13 @@ Matriu::~Matriu()
 
 Matriu& Matriu::operator=(Matriu const& m)
 {
-    if (this == &m) return *this;
-    if (size != m.size) {
-        release(data);
-        data = allocate(m.nrows, m.ncols);
-    }
-    nrows = m.nrows;
-    ncols = m.ncols;
-    size = m.size;
-    copyElements(data, m.data, size);
+    if (this != &m) copyInto(*this, m);
     return *this;
 }
 
 Matriu& Matriu::operator=(MatriuT& m)
 {
-    nrows = m.nrows;
-    ncols = m.ncols;
-    size = m.size;
-    release(data);
-    data = m.data;
-    m.nrows = m.ncols = m.size = 0;
-    m.data = nullptr;
+    takeOver(*this, m);
     return *this;
 }
 
@@ -222,27 +236,13 @@ MatriuT::~MatriuT()
 
 MatriuT& MatriuT::operator=(Matriu const& m)
 {
-    if (size != m.size) {
-        release(data);
-        data = allocate(m.nrows, m.ncols);
-    }
-    nrows = m.nrows;
-    ncols = m.ncols;
-    size = m.size;
-    copyElements(data, m.data, size);
+    copyInto(*this, m);
     return *this;
 }
 
 MatriuT& MatriuT::operator=(MatriuT& m)
 {
-    if (this == &m) return *this;
-    nrows = m.nrows;
-    ncols = m.ncols;
-    size = m.size;
-    release(data);
-    data = m.data;
-    m.nrows = m.ncols = m.size = 0;
-    m.data = nullptr;
+    if (this != &m) takeOver(*this, m);
     return *this;
 }
 
