@@ -17,9 +17,7 @@ namespace lamtest {
 struct Ply {
     double E1 = 100.0, E2 = 10.0, nu12 = 0.3, G12 = 5.0, G13 = 4.0, G23 = 3.0;
     double strength[8] = {1, 2, 3, 4, 5, 6, 7, 0.5};
-    double angle = 0.0;
-    double t = 0.2;
-    double sw = 1.5;
+    double angle = 0.0, t = 0.2, sw = 1.5;
     int flag = 1;
 };
 
@@ -28,6 +26,19 @@ inline Ply ply(double angle, double t = 0.2)
     Ply p;
     p.angle = angle;
     p.t = t;
+    return p;
+}
+
+// 0 degrees, zero Poisson ratio, power-of-two moduli: sigma = N / t exactly
+// under membrane loads, N -/+ 6 M at the top/bottom face for t = 1, and
+// transverse shear stresses -2.4 Q / t.  Xc 1024, Yc 256, Xt 2048, Yt 64,
+// S12 64, then the two fields f6 and f7.
+inline Ply clean(double t = 1.0, double f6 = 64, double f7 = 32)
+{
+    Ply p;
+    p.E1 = 131072, p.E2 = 8192, p.nu12 = 0, p.G12 = 4096, p.G13 = p.G23 = 2048, p.t = t;
+    double const s[8] = {1024, 256, 2048, 64, 64, f6, f7, 0};
+    for (int i = 0; i < 8; i++) p.strength[i] = s[i];
     return p;
 }
 
@@ -40,9 +51,7 @@ inline std::string record(std::vector<Ply> const& plies)
     for (Ply const& p : plies) {
         os << "\n " << p.E1 << ' ' << p.E2 << ' ' << p.nu12 << ' ' << p.G12
            << ' ' << p.G13 << ' ' << p.G23;
-        for (double s : p.strength) {
-            os << ' ' << s;
-        }
+        for (double s : p.strength) os << ' ' << s;
         os << ' ' << p.angle << ' ' << p.t << ' ' << p.sw << ' ' << p.flag;
     }
     return os.str();
@@ -66,41 +75,26 @@ inline void define(lamina1& lam, std::vector<Ply> const& plies)
     lam.calcH();
 }
 
+struct Lam : lamina1 {
+    explicit Lam(std::vector<Ply> const& plies) { define(*this, plies); }
+};
+
 // |a - b| <= tol * max(|a|, |b|, scale): relative, with an absolute floor
 // for values that should vanish.
 inline ::testing::AssertionResult near(double a, double b, double tol = 1e-12,
                                        double scale = 1.0)
 {
     double const ref = std::fmax(std::fmax(std::fabs(a), std::fabs(b)), scale);
-    if (std::fabs(a - b) <= tol * ref) {
-        return ::testing::AssertionSuccess();
-    }
+    if (std::fabs(a - b) <= tol * ref) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure()
            << a << " differs from " << b << " (tolerance " << tol * ref << ")";
 }
 
-// The in-plane stiffness of a 0 degree ply, written from the ply constants.
-struct OnAxis {
-    double Q11, Q12, Q22, Q66;
-    explicit OnAxis(Ply const& p)
-    {
-        double const nu21 = p.nu12 * p.E2 / p.E1;
-        double const d = 1.0 - p.nu12 * nu21;
-        Q11 = p.E1 / d;
-        Q12 = p.nu12 * p.E2 / d;
-        Q22 = p.E2 / d;
-        Q66 = p.G12;
-    }
-};
-
-inline vantrel::ReaVecV loads(double N1, double N2, double N12, double M1,
-                              double M2, double M12, double Q1, double Q2)
+// N1, N2, N12, M1, M2, M12, Q1, Q2; missing trailing entries are 0.
+inline vantrel::ReaVecV loads(std::vector<double> const& given)
 {
     vantrel::ReaVecV v(8);
-    double const all[8] = {N1, N2, N12, M1, M2, M12, Q1, Q2};
-    for (int i = 0; i < 8; i++) {
-        v[i] = all[i];
-    }
+    for (int i = 0; i < 8; i++) v[i] = i < static_cast<int>(given.size()) ? given[i] : 0.0;
     return v;
 }
 
