@@ -65,6 +65,8 @@ TEST(Hashin, FibreAndMatrixHandCases)
     EXPECT_TRUE(near(lam.FasHashinM_layer(1, L, kFibre), 0.5));
     L = loads({0, -256});  // sigma2 = -Yc
     EXPECT_TRUE(near(lam.FasHashinM_layer(1, L, kMatrix), 1.0));
+    L = loads({0, 64});  // sigma2 = Yt
+    EXPECT_TRUE(near(lam.FasHashinM_layer(1, L, kMatrix), 1.0));
     // Fibre tension at the top face takes the bottom face's tau12.  Top:
     // sigma1 = Xt, tau12 = S12; bottom: both 0.
     L = loads({1024, 0, 32, -1024 / 6.0, 0, -32 / 6.0});
