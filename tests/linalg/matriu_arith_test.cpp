@@ -29,10 +29,9 @@ MatriuT Carrier(Matriu const& m)
 
 }  // namespace
 
-TEST(MatriuElementwise, ScalarForms)
+TEST(MatriuElementwise, ScalarAndMatrixOperands)
 {
     EXPECT_TRUE(A + 0.5 == Rows({{1.5, 2.5, 3.5}, {4.5, 5.5, 6.5}}));
-    EXPECT_TRUE(A - 1.0 == Rows({{0, 1, 2}, {3, 4, 5}}));
     EXPECT_TRUE(A * -2.0 == Rows({{-2, -4, -6}, {-8, -10, -12}}));
     // A true division: 5/3 and 7/3 differ from products with 1/3.
     EXPECT_TRUE(Rows({{5, 7}}) / 3.0 == Rows({{5.0 / 3.0, 7.0 / 3.0}}));
@@ -43,37 +42,22 @@ TEST(MatriuElementwise, ScalarForms)
     (((t += 1.0) -= 3.0) *= 0.5) /= 3.0;
     EXPECT_TRUE(Matriu(t) == Rows({{2, 2.5 / 3.0}}));
     Transpose view(A);
-    EXPECT_TRUE(view + 1.0 == At + 1.0);
-    EXPECT_TRUE(view - 1.0 == At - 1.0);
-    EXPECT_TRUE(view * 2.0 == At * 2.0);
-    EXPECT_TRUE(view / 2.0 == At / 2.0);
+    EXPECT_TRUE(view - 1.0 == Rows({{0, 3}, {1, 4}, {2, 5}}));
     EXPECT_TRUE(-view == At * -1.0);
-    EXPECT_TRUE(-A == A * -1.0);
-    MatriuT c = Carrier(A);
-    EXPECT_TRUE(-c == A * -1.0);
-}
+    MatriuT neg = Carrier(A), cb = Carrier(B);
+    EXPECT_TRUE(-neg == A * -1.0);
 
-TEST(MatriuElementwise, MatrixTransposeAndCarrierOperands)
-{
     Transpose bt(Bt), a(A), b(B);  // stand for B (3 x 2), At, Bt
-    EXPECT_TRUE(A + A == A * 2.0);
     EXPECT_TRUE((A - Bt) == Rows({{-6, -7, -8}, {-4, -5, -6}}));
-    EXPECT_TRUE(A + b == A + Bt);
-    EXPECT_TRUE(A - b == A - Bt);
     EXPECT_TRUE(b - A == Bt - A);
-    EXPECT_TRUE(a + bt == At + B);
     EXPECT_TRUE(a - bt == At - B);
-    MatriuT c1 = Carrier(Bt), c2 = Carrier(B);
-    EXPECT_TRUE(A - c1 == A - Bt);
-    EXPECT_TRUE(a - c2 == At - B);
-
-    Matriu m = A;
-    (m += A) -= Bt;
-    EXPECT_TRUE(m == A * 2.0 - Bt);
+    EXPECT_TRUE(a - cb == At - B);
+    Matriu acc = A;
+    (acc += A) -= Bt;
+    EXPECT_TRUE(acc == A * 2.0 - Bt);
     MatriuT c = Carrier(A);
     ((c += b) -= A) -= b;
-    c += A;
-    EXPECT_TRUE(Matriu(c) == A);
+    EXPECT_TRUE(Matriu(c).isZero());
 }
 
 TEST(MatriuProducts, AllOperandFormsAndVectors)
@@ -84,28 +68,21 @@ TEST(MatriuProducts, AllOperandFormsAndVectors)
     EXPECT_TRUE(A * bt == AB);
     EXPECT_TRUE(at * bt == AB);
     EXPECT_TRUE(b * a == Rows({{58, 139}, {64, 154}}));
-    EXPECT_EQ((B * A)(3, 1), 11.0 * 1 + 12.0 * 4);
 
     // A 4 x 4 matrix moves a 3-D point: block times p plus column 4.
     Matriu const M = Rows({{0, -1, 0, 5}, {1, 0, 0, 6}, {0, 0, 1, 7}, {9, 9, 9, 9}});
-    ReaVecV moved = M * Vec({1, 2, 3}), full = M * Vec({1, 2, 3, 1});
-    EXPECT_TRUE(moved == Vec({3, 7, 10}));
-    EXPECT_TRUE(full == Vec({3, 7, 10, 63}));
-    EXPECT_TRUE(A * Vec({1, 0, -1}) == Vec({-2, -2}));
-    ReaVec p(Matriu(Vec({1, 2, 3}))), q(Matriu(Vec({1, -1})));
-    ReaVec pm = M * p, r = B * q;
-    EXPECT_TRUE(ReaVecV(pm) == Vec({3, 7, 10}));
-    EXPECT_TRUE(ReaVecV(r) == Vec({-1, -1, -1}));
+    EXPECT_EQ(Vals(M * Vec({1, 2, 3})), (V{3, 7, 10}));
+    EXPECT_EQ(Vals(M * Vec({1, 2, 3, 1})), (V{3, 7, 10, 63}));
+    EXPECT_EQ(Vals(M * Vec<ReaVec>({1, 2, 3})), (V{3, 7, 10}));
+    EXPECT_EQ(Vals(B * Vec<ReaVec>({1, -1})), (V{-1, -1, -1}));
 }
 
 TEST(MatriuProducts, AccumulatingFamily)
 {
     Matriu const C0 = Rows({{1, 2}, {3, 4}});
-    Matriu c(2, 2), twice(2, 2);
+    Matriu c(2, 2);
     c.product(A, B, 1.0);
-    twice.product(A, B, 2.0);
     EXPECT_TRUE(c == AB);
-    EXPECT_TRUE(twice == AB * 2.0);
     struct Form {
         void (Matriu::*set)(Matriu const&, Matriu const&, double);
         void (Matriu::*add)(Matriu const&, Matriu const&, double);
@@ -152,9 +129,6 @@ TEST(MatriuArithDeathTest, ScalarAndSignMisuse)
     EXPECT_FATAL(view / 0.25, "Can't divide by 0\\.25 a zero size Matriu");
     // Division by zero is reported before the size.
     EXPECT_FATAL(empty / 0.0, "Matriu division by zero scalar error");
-    EXPECT_FATAL(A / 0.0, "Matriu division by zero scalar error");
-    EXPECT_FATAL(t /= 0.0, "Matriu division by zero scalar error");
-    EXPECT_FATAL(-empty, "Can't change sign a zero size Matriu");
     EXPECT_FATAL(-view, "Can't change sign a zero size Matriu");
 }
 
@@ -163,22 +137,16 @@ TEST(MatriuArithDeathTest, ShapeMessages)
     Matriu empty;
     std::string const shapes = "\n\tMatriu 1 : nrows=2, ncols=3\n\tMatriu 2 : nrows=3, ncols=2";
     EXPECT_FATAL(empty + empty, "Can't add zero sized matrices");
-    EXPECT_FATAL(empty - Matriu(0, 3), "Can't subtract zero sized matrices");
     EXPECT_FATAL(A + B, "Can't add two Matriu with diferent sizes" + shapes);
-    // A Transpose shows the shape it stands for; one empty operand fails on shape.
+    // A Transpose shows the shape it stands for.
     Transpose a(A);
     EXPECT_FATAL(A - a, "Can't subtract two Matriu with diferent sizes" + shapes);
-    EXPECT_FATAL(A + empty, "Matriu 2 : nrows=0, ncols=0");
-    EXPECT_FATAL(empty * empty, "Can't multiply zero sized matrices");
     std::string const same = "-\n\tMatriu 1 : nrows=2, ncols=3\n\tMatriu 2 : nrows=2, ncols=3";
     Transpose at(At);
     EXPECT_FATAL(A * A, "Incompatible dimensions for multiply -A" + same);
-    EXPECT_FATAL(at * A, "Incompatible dimensions for multiply -B" + same);
     EXPECT_FATAL(A * at, "Incompatible dimensions for multiply -C" + same);
-    EXPECT_FATAL(at * at, "Incompatible dimensions for multiply -D" + same);
     EXPECT_FATAL(B * Vec({1, 1, 1}),
                  "error in ReaVecT  operator \\*\\. No correct size\\(file Matriu B\\)\n");
-    ReaVec two(Matriu(Vec({1, 1})));
-    EXPECT_FATAL(Rows({{1, 1}, {1, 1}, {1, 1}, {1, 1}}) * two,
+    EXPECT_FATAL(Rows({{1, 1}, {1, 1}, {1, 1}, {1, 1}}) * Vec<ReaVec>({1, 1}),
                  "error in ReaVecT  operator \\*\\. No correct size \\(file Matriu A\\)\n");
 }

@@ -14,13 +14,6 @@ using vantrel::Matriu;
 
 namespace {
 
-std::string Printed(Matriu const& m)
-{
-    std::ostringstream os;
-    os << m;
-    return os.str();
-}
-
 // A temporary file holding text, positioned at its start.
 FILE* FileWith(std::string const& text)
 {
@@ -44,6 +37,7 @@ std::string Drain(FILE* f)
 
 TEST(MatriuIo, PrintedTable)
 {
+    auto Printed = [](Matriu const& m) { std::ostringstream os; os << m; return os.str(); };
     EXPECT_EQ(Printed(Rows({{1, 0}, {0, 1}})),
               "\n            1          2 \n 1          1          0 \n 2          0          1 \n");
     EXPECT_EQ(Printed(Rows({{0.5, -1.25e-07, 123456789}})),
@@ -81,9 +75,7 @@ TEST(MatriuIo, BinaryRoundTrip)
     m.WriteBinary(f);
     std::string const bytes = Drain(f);
     ASSERT_EQ(bytes.size(), 48u);  // no header, no counts
-    Matriu back(2, 3);
-    std::memcpy(back.data, bytes.data(), 48);
-    EXPECT_EQ(std::memcmp(back.data, m.data, 48), 0);  // -0.0 included
+    EXPECT_EQ(std::memcmp(bytes.data(), m.data, 48), 0);  // -0.0 included
 }
 
 TEST(MatriuIoDeathTest, ZeroSizeAndReadBinary)
@@ -92,7 +84,6 @@ TEST(MatriuIoDeathTest, ZeroSizeAndReadBinary)
     Matriu empty, m = Rows({{1, 2}});
     EXPECT_FATAL(empty.WriteBinary(f), "error: can't write 0x0 Matriu\n");
     EXPECT_FATAL(empty.WriteAscii(f), "error: can't ascii write 0x0 Matriu\n");
-    EXPECT_FATAL(empty.ReadAscii(f), "error: can't ascii read 0x0 Matriu\n");
     EXPECT_FATAL(m.ReadBinary(f), "error: Function 'ReadBinary' should not be used\n");
     std::fclose(f);
 }
