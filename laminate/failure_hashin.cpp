@@ -1,22 +1,12 @@
 // Hashin failure indices of the laminate model, in a matrix mode and a fibre
 // mode, for one layer and over the whole stack.  1 marks the onset of failure.
-#include "laminate/lamina1.h"
+#include "laminate/criteria.h"
 
+using criteria::kNotAssessed;
+using criteria::notAssessed;
 using vantrel::ReaVecV;
 
 namespace {
-
-const double kNotAssessed = 1000000.0;
-
-// Unflagged layers and layers without any stress are not assessed.
-bool notAssessed(lamina1& lam, int layer)
-{
-    ReaVecV& mid = lam.stressesLam;
-    ReaVecV& shear = lam.shearStressesLam;
-    return lam.layerFlag[layer - 1] == 0 ||
-           (mid[0] == 0.0 && mid[1] == 0.0 && mid[2] == 0.0 && shear[0] == 0.0 &&
-            shear[1] == 0.0);
-}
 
 // Matrix mode at one face (s2, t12 of that face).
 double matrixIndex(lamina1& lam, int i, double s2, double t12)
@@ -75,12 +65,7 @@ double lamina1::FasHashinM_layer(int layer, ReaVecV& loads, int mode)
 
 double lamina1::FasHashinM(ReaVecV& loads, int mode)
 {
-    ReaVecV index(0);
-    index.resize(nlayers, 0.0);
-    for (int k = 1; k <= nlayers; k++) {
-        CalcTD(k, loads);
-        if (notAssessed(*this, k)) return kNotAssessed;
-        index[k - 1] = layerIndex(*this, k, mode);
-    }
-    return index.max_val();
+    return criteria::worstLayer(*this, loads, [mode](lamina1& lam, int k) {
+        return layerIndex(lam, k, mode);
+    });
 }

@@ -6,15 +6,15 @@
 // tension under fibre compression.  In-situ strengths depend on the ply
 // thickness; the strength fields S23 and S13 double as the fracture
 // toughnesses GIc and GIIc.
-#include "laminate/lamina1.h"
+#include "laminate/criteria.h"
 
 #include <cmath>
 
+using criteria::kNotAssessed;
+using criteria::notAssessed;
 using vantrel::ReaVecV;
 
 namespace {
-
-const double kNotAssessed = 1000000.0;
 
 // Fracture plane at 53 degrees (converted with 0.0174532925 rad per degree);
 // the values are fixed, not recomputed, so that results are reproducible.
@@ -31,15 +31,6 @@ const double kSqrt2 = 1.4142135623730951;
 const double kThickYt = 1.5839191898578666;   // 1.12 sqrt(2)
 const double kThickG = 1.2544;                // 1.12^2
 const double kComplianceFloor = 1e-5;
-
-bool notAssessed(lamina1& lam, int layer)
-{
-    ReaVecV& mid = lam.stressesLam;
-    ReaVecV& shear = lam.shearStressesLam;
-    return lam.layerFlag[layer - 1] == 0 ||
-           (mid[0] == 0.0 && mid[1] == 0.0 && mid[2] == 0.0 && shear[0] == 0.0 &&
-            shear[1] == 0.0);
-}
 
 // Quantities of one layer shared by both faces.  Lambda may be cleared by
 // the first face and then stays cleared for the second.
@@ -200,12 +191,7 @@ double lamina1::FasLaRC04_layer(int layer, ReaVecV& loads, int mode)
 
 double lamina1::FasLaRC04(ReaVecV& loads, int mode)
 {
-    ReaVecV index(0);
-    index.resize(nlayers, 0.0);
-    for (int k = 1; k <= nlayers; k++) {
-        CalcTD(k, loads);
-        if (notAssessed(*this, k)) return kNotAssessed;
-        index[k - 1] = layerIndex(*this, k, mode);
-    }
-    return index.max_val();
+    return criteria::worstLayer(*this, loads, [mode](lamina1& lam, int k) {
+        return layerIndex(lam, k, mode);
+    });
 }

@@ -2,15 +2,16 @@
 // far the loads may be scaled before the in-plane criterion reaches 1) and the
 // complete criterion value with the transverse shear terms, for one layer and
 // over the whole stack.
-#include "laminate/lamina1.h"
+#include "laminate/criteria.h"
 
 #include <cmath>
 
+using criteria::kNotAssessed;
+using criteria::notAssessed;
 using vantrel::ReaVecV;
 
 namespace {
 
-const double kNotAssessed = 1000000.0;  // shown as 0 by the results command
 const double kNotRated = -1.0;          // simple variant: guard failed
 const double kFactorCap = 200.0;        // ceiling of the simple load factor
 
@@ -63,14 +64,6 @@ bool rateLayer(lamina1& lam, int layer, double& A, double& B, double& R)
     double R2 = std::fabs((-B - std::sqrt(D)) / (2.0 * A));
     R = R1 <= R2 ? R1 : R2;
     return true;
-}
-
-// Unflagged layers and layers without any stress are not assessed.
-bool notAssessed(lamina1& lam, int layer)
-{
-    ReaVecV& shear = lam.shearStressesLam;
-    return lam.layerFlag[layer - 1] == 0 ||
-           (allZero(lam.stressesLam) && shear[0] == 0.0 && shear[1] == 0.0);
 }
 
 double completeIndex(lamina1& lam, int i, ReaVecV& face)
@@ -129,12 +122,5 @@ double lamina1::FasTWcompleteLayer(int layer, ReaVecV& loads)
 
 double lamina1::FasTWcomplete(ReaVecV& loads)
 {
-    ReaVecV value(0);
-    value.resize(nlayers, 0.0);
-    for (int k = 1; k <= nlayers; k++) {
-        CalcTD(k, loads);
-        if (notAssessed(*this, k)) return kNotAssessed;
-        value[k - 1] = completeValue(*this, k);
-    }
-    return value.max_val();
+    return criteria::worstLayer(*this, loads, completeValue);
 }
