@@ -1,4 +1,5 @@
 #include "linalg/reavec.h"
+#include "linalg/reductions.h"
 
 #include <cmath>
 #include <istream>
@@ -308,55 +309,12 @@ ReaVec operator/(ReaVec const& a, double s)
 // ---------------------------------------------------------------------------
 // Reductions and products
 
-double ReaVec::max_val() const
-{
-    if (n == 0) return 0.0;
-    double best = elements[0];
-    for (int i = 1; i < n; ++i)
-        if (elements[i] > best) best = elements[i];
-    return best;
-}
-
-int ReaVec::max_index() const
-{
-    if (n == 0) return 0;
-    int best = 0;
-    for (int i = 1; i < n; ++i)
-        if (elements[i] > elements[best]) best = i;
-    return best + 1;
-}
-
-double ReaVec::min_val() const
-{
-    if (n == 0) return 0.0;
-    double best = elements[0];
-    for (int i = 1; i < n; ++i)
-        if (elements[i] < best) best = elements[i];
-    return best;
-}
-
-int ReaVec::min_index() const
-{
-    if (n == 0) return 0;
-    int best = 0;
-    for (int i = 1; i < n; ++i)
-        if (elements[i] < elements[best]) best = i;
-    return best + 1;
-}
-
-double ReaVec::sum() const
-{
-    double s = 0.0;
-    for (int i = 0; i < n; ++i) s += elements[i];
-    return s;
-}
-
-double ReaVec::sumsq() const
-{
-    double s = 0.0;
-    for (int i = 0; i < n; ++i) s += elements[i] * elements[i];
-    return s;
-}
+double ReaVec::max_val() const { return reduce::maxVal(elements, n); }
+int ReaVec::max_index() const { return reduce::maxIndex(elements, n); }
+double ReaVec::min_val() const { return reduce::minVal(elements, n); }
+int ReaVec::min_index() const { return reduce::minIndex(elements, n); }
+double ReaVec::sum() const { return reduce::sum(elements, n); }
+double ReaVec::sumsq() const { return reduce::sumsq(elements, n); }
 
 double ReaVec::modul() const
 {

@@ -1,4 +1,5 @@
 #include "linalg/reavecv.h"
+#include "linalg/reductions.h"
 
 #include <cmath>
 #include <cstddef>
@@ -563,55 +564,12 @@ ReaVecVT operator/(ReaVecV const& a, double s)
 // ---------------------------------------------------------------------------
 // Reductions and products
 
-double ReaVecV::max_val() const
-{
-    if (n == 0) return 0.0;
-    double best = data[0];
-    for (int i = 1; i < n; ++i)
-        if (data[i] > best) best = data[i];
-    return best;
-}
-
-int ReaVecV::max_index() const
-{
-    if (n == 0) return 0;
-    int best = 0;
-    for (int i = 1; i < n; ++i)
-        if (data[i] > data[best]) best = i;
-    return best + 1;
-}
-
-double ReaVecV::min_val() const
-{
-    if (n == 0) return 0.0;
-    double best = data[0];
-    for (int i = 1; i < n; ++i)
-        if (data[i] < best) best = data[i];
-    return best;
-}
-
-int ReaVecV::min_index() const
-{
-    if (n == 0) return 0;
-    int best = 0;
-    for (int i = 1; i < n; ++i)
-        if (data[i] < data[best]) best = i;
-    return best + 1;
-}
-
-double ReaVecV::sum() const
-{
-    double s = 0.0;
-    for (int i = 0; i < n; ++i) s += data[i];
-    return s;
-}
-
-double ReaVecV::sumsq() const
-{
-    double s = 0.0;
-    for (int i = 0; i < n; ++i) s += data[i] * data[i];
-    return s;
-}
+double ReaVecV::max_val() const { return reduce::maxVal(data, n); }
+int ReaVecV::max_index() const { return reduce::maxIndex(data, n); }
+double ReaVecV::min_val() const { return reduce::minVal(data, n); }
+int ReaVecV::min_index() const { return reduce::minIndex(data, n); }
+double ReaVecV::sum() const { return reduce::sum(data, n); }
+double ReaVecV::sumsq() const { return reduce::sumsq(data, n); }
 
 double ReaVecV::norm() const
 {
