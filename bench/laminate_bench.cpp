@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "laminate/lamina1.h"
-#include "linalg/matriu.h"
-#include "linalg/reavecv.h"
+#include "laminate/laminate/lamina1.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavecv.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "intvec/intvec.h"
+#include "laminate/intvec/intvec.h"
 
 #include <climits>
 #include <csignal>
@@ -8,8 +8,8 @@
 #include <new>
 #include <ostream>
 
-#include "intvec/sort.h"
-#include "util/errorwriter.h"
+#include "laminate/intvec/sort.h"
+#include "laminate/util/errorwriter.h"
 
 namespace {
 

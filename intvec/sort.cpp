@@ -1,11 +1,11 @@
-#include "intvec/sort.h"
+#include "laminate/intvec/sort.h"
 
 #include <algorithm>
 #include <type_traits>
 
-#include "intvec/intvec.h"
-#include "linalg/reavec.h"
-#include "util/errorwriter.h"
+#include "laminate/intvec/intvec.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/util/errorwriter.h"
 
 namespace {
 

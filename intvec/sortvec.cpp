@@ -1,4 +1,4 @@
-#include "intvec/sortvec.h"
+#include "laminate/intvec/sortvec.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -6,9 +6,9 @@
 #include <new>
 #include <ostream>
 
-#include "intvec/intvec.h"
-#include "intvec/sort.h"
-#include "util/errorwriter.h"
+#include "laminate/intvec/intvec.h"
+#include "laminate/intvec/sort.h"
+#include "laminate/util/errorwriter.h"
 
 namespace {
 

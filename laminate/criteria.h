@@ -3,7 +3,7 @@
 #ifndef LAMINATE_LAMINATE_CRITERIA_H
 #define LAMINATE_LAMINATE_CRITERIA_H
 
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 namespace criteria {
 

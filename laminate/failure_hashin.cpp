@@ -1,6 +1,6 @@
 // Hashin failure indices of the laminate model, in a matrix mode and a fibre
 // mode, for one layer and over the whole stack.  1 marks the onset of failure.
-#include "laminate/criteria.h"
+#include "laminate/laminate/criteria.h"
 
 using criteria::kNotAssessed;
 using criteria::notAssessed;

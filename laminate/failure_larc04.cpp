@@ -6,7 +6,7 @@
 // tension under fibre compression.  In-situ strengths depend on the ply
 // thickness; the strength fields S23 and S13 double as the fracture
 // toughnesses GIc and GIIc.
-#include "laminate/criteria.h"
+#include "laminate/laminate/criteria.h"
 
 #include <cmath>
 

@@ -2,7 +2,7 @@
 // far the loads may be scaled before the in-plane criterion reaches 1) and the
 // complete criterion value with the transverse shear terms, for one layer and
 // over the whole stack.
-#include "laminate/criteria.h"
+#include "laminate/laminate/criteria.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 // Construction, the material record parser, the small accessors and teardown
 // of the laminate model and of its registry node.
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 #include <cstdio>
 #include <cstring>

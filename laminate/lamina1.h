@@ -15,9 +15,9 @@
 
 #include <vector>
 
-#include "intvec/intvec.h"
-#include "linalg/matriu.h"
-#include "linalg/reavecv.h"
+#include "laminate/intvec/intvec.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavecv.h"
 
 class lamina1 {
 public:

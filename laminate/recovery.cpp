@@ -1,7 +1,7 @@
 // Stress and strain recovery: from eight load resultants to the strains and
 // stresses of one layer, at its two faces and its mid-thickness, in laminate
 // and in layer axes.  Nothing is cached: every accessor recovers afresh.
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 #include <cmath>
 

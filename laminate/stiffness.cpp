@@ -6,7 +6,7 @@
 // differences, the power function and the rounded third where they appear) so
 // that results are reproducible to the last digit: do not regroup or
 // simplify an expression.
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 #include <cmath>
 #include <cstring>

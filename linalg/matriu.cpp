@@ -1,10 +1,10 @@
 // Storage and shape operations of Matriu, MatriuT and Transpose.
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 
 #include <cmath>
 #include <cstring>
 
-#include "util/errorwriter.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

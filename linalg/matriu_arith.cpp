@@ -4,11 +4,11 @@
 //
 // Every product sums over the inner index in increasing order from 0.0, so
 // that results are reproducible to the last bit.
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
-#include "util/errorwriter.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

@@ -1,11 +1,11 @@
 // Printing a Matriu as a table, and its element files.  The files hold the
 // elements only, row-major; the reader must already hold a matrix of the
 // right shape.
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 
 #include <ostream>
 
-#include "util/errorwriter.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

@@ -3,15 +3,15 @@
 // The inverse has no tolerance anywhere: only an exactly zero determinant or
 // pivot is singular.  Its order of operations is fixed, because the laminate
 // stiffness inverses are compared bit for bit with stored results.
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 
 #include <cmath>
 #include <cstring>
 #include <utility>
 
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
-#include "util/errorwriter.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

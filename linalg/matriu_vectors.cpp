@@ -1,11 +1,11 @@
 // Conversions between Matriu and the vector types: a vector becomes a column
 // matrix, and a column of a small matrix becomes a ReaVec.
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 
 #include <cstddef>
 
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
 
 namespace vantrel {
 

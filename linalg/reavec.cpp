@@ -1,13 +1,13 @@
-#include "linalg/reavec.h"
-#include "linalg/reductions.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reductions.h"
 
 #include <cmath>
 #include <istream>
 #include <ostream>
 
-#include "linalg/matriu.h"
-#include "linalg/reavecv.h"
-#include "util/errorwriter.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavecv.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

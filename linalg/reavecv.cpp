@@ -1,5 +1,5 @@
-#include "linalg/reavecv.h"
-#include "linalg/reductions.h"
+#include "laminate/linalg/reavecv.h"
+#include "laminate/linalg/reductions.h"
 
 #include <cmath>
 #include <cstddef>
@@ -8,9 +8,9 @@
 #include <ostream>
 #include <istream>
 
-#include "linalg/matriu.h"
-#include "linalg/reavec.h"
-#include "util/errorwriter.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/util/errorwriter.h"
 
 namespace vantrel {
 

@@ -1,4 +1,4 @@
-#include "tcl/commands.h"
+#include "laminate/tcl/commands.h"
 
 // Binds the stub table (any Tcl from 8.3 on), registers the three commands
 // and provides Laminate 1.0.  Always succeeds: a stub-table mismatch shows

@@ -1,7 +1,7 @@
 // The commands that define materials and ask for their size.
 
-#include "tcl/commands.h"
-#include "tcl/registry.h"
+#include "laminate/tcl/commands.h"
+#include "laminate/tcl/registry.h"
 
 // laminate_material material_name values
 //

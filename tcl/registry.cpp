@@ -1,4 +1,4 @@
-#include "tcl/registry.h"
+#include "laminate/tcl/registry.h"
 
 #include <cstring>
 

@@ -10,7 +10,7 @@
 
 #include <tcl.h>
 
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 extern lam_mat* first_mat;    // head of the list, null while empty; owned
 extern lam_mat* current_mat;  // cursor: node last appended or found, null after

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
-#include "linalg/reavecv.h"
-#include "tcl/commands.h"
-#include "tcl/registry.h"
+#include "laminate/linalg/reavecv.h"
+#include "laminate/tcl/commands.h"
+#include "laminate/tcl/registry.h"
 
 using vantrel::ReaVecV;
 

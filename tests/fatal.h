@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "util/errorwriter.h"
+#include "laminate/util/errorwriter.h"
 
 #define EXPECT_FATAL(statement, message)                 \
     EXPECT_EXIT(                                         \

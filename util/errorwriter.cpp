@@ -1,4 +1,4 @@
-#include "util/errorwriter.h"
+#include "laminate/util/errorwriter.h"
 
 #include <cstdarg>
 #include <cstdlib>

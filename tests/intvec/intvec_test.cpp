@@ -1,4 +1,4 @@
-#include "intvec/intvec.h"
+#include "laminate/intvec/intvec.h"
 
 #include <algorithm>
 #include <climits>
@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "fatal.h"
-#include "intvec/sortvec.h"
+#include "laminate/intvec/sortvec.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "intvec/sort.h"
+#include "laminate/intvec/sort.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include "fatal.h"
-#include "intvec/intvec.h"
-#include "linalg/reavec.h"
+#include "laminate/intvec/intvec.h"
+#include "laminate/linalg/reavec.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "laminate/lamina1.h"
+#include "laminate/laminate/lamina1.h"
 
 namespace lamtest {
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/laminate/lamina_build.h"
+#include "laminate/lamina_build.h"
 
 using lamtest::parse;
 

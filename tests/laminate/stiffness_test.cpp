@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/laminate/lamina_build.h"
+#include "laminate/lamina_build.h"
 
 using lamtest::ply;
 using vantrel::Matriu;

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "fatal.h"
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 #include "linalg/matriu_rows.h"
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
 
 using namespace vantrel;
 

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "fatal.h"
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 #include "linalg/matriu_rows.h"
 
 using vantrel::Matriu;

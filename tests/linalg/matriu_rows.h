@@ -5,9 +5,9 @@
 #include <initializer_list>
 #include <vector>
 
-#include "linalg/matriu.h"
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
 
 using V = std::vector<double>;
 

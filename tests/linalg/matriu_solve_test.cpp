@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "fatal.h"
-#include "linalg/matriu.h"
-#include "linalg/reavec.h"
-#include "linalg/reavecv.h"
+#include "laminate/linalg/matriu.h"
+#include "laminate/linalg/reavec.h"
+#include "laminate/linalg/reavecv.h"
 #include "linalg/matriu_rows.h"
 
 using namespace vantrel;

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "fatal.h"
-#include "linalg/matriu.h"
+#include "laminate/linalg/matriu.h"
 #include "linalg/matriu_rows.h"
 
 using namespace vantrel;

@@ -1,4 +1,4 @@
-#include "linalg/reavec.h"
+#include "laminate/linalg/reavec.h"
 
 #include <gtest/gtest.h>
 

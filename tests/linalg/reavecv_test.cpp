@@ -1,4 +1,4 @@
-#include "linalg/reavecv.h"
+#include "laminate/linalg/reavecv.h"
 
 #include <gtest/gtest.h>
 

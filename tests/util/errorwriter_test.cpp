@@ -5,7 +5,7 @@
 #include <string>
 
 #include "fatal.h"
-#include "util/errorwriter.h"
+#include "laminate/util/errorwriter.h"
 
 namespace {
 
