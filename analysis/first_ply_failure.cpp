@@ -243,7 +243,7 @@ PlyFailure LaminateAnalysis::firstPlyFailure(double const loads[8], Criterion c)
         std::vector<LayerState> states(plies_.size());
         std::vector<LarcPly> assessed;
         for (size_t i = 0; i < plies_.size(); i++) {
-            laminate_model::recoverLayer(g, plies_[i].frame, states[i]);
+            laminate_model::recoverLayer(g, plies_[i].frame(), states[i]);
             if (!laminate_model::notAssessed(plies_[i].data, states[i].stressesLam,
                                              states[i].shearStressesLam))
                 assessed.emplace_back(plies_[i].data, states[i], static_cast<int>(i) + 1);
@@ -253,7 +253,7 @@ PlyFailure LaminateAnalysis::firstPlyFailure(double const loads[8], Criterion c)
     LayerState st;
     for (size_t i = 0; i < plies_.size(); i++) {
         Ply const& ply = plies_[i];
-        laminate_model::recoverLayer(g, ply.frame, st);
+        laminate_model::recoverLayer(g, ply.frame(), st);
         if (laminate_model::notAssessed(ply.data, st.stressesLam, st.shearStressesLam)) continue;
         int const layer = static_cast<int>(i) + 1;
         if (c == Criterion::TsaiWu)
