@@ -23,7 +23,6 @@ int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
 {
     if (objc != 3) {
         Tcl_WrongNumArgs(interp, 1, objv, "name record");
-        Tcl_SetErrorCode(interp, "LAMINATE", "USAGE", static_cast<char*>(nullptr));
         return TCL_ERROR;
     }
     int length = 0;

@@ -9,8 +9,7 @@
 #include "laminate/util/errorwriter.h"
 
 extern "C" int Laminate_Init(Tcl_Interp* interp);
-extern "C" int Laminate_analysis_Init(Tcl_Interp* interp) __attribute__((weak));  // TEMPORARY until merge
-#include "laminate/tcl/define_cmd.h"
+extern "C" int Laminate_analysis_Init(Tcl_Interp* interp);
 
 namespace fuzz {
 
@@ -50,8 +49,7 @@ Tcl_Interp* interpreter()
     if (interp == nullptr) {
         Tcl_FindExecutable("laminate-fuzz");
         interp = Tcl_CreateInterp();
-        if (!Laminate_analysis_Init) Tcl_CreateObjCommand(interp, "laminate::define", laminate_define_cb, nullptr, nullptr);
-        if (Laminate_Init(interp) != TCL_OK || (Laminate_analysis_Init && Laminate_analysis_Init(interp) != TCL_OK))
+        if (Laminate_Init(interp) != TCL_OK || Laminate_analysis_Init(interp) != TCL_OK)
             fail("cannot load the packages: %s", Tcl_GetStringResult(interp));
     }
     return interp;
