@@ -43,7 +43,7 @@ bool runLine(Tcl_Interp* interp, Tcl_Obj* line)
 
     if (std::strcmp(name, "laminate_material") == 0 && objc == 3 &&
         fuzz::materialWouldSpin(Tcl_GetString(objv[2]))) {
-        reset_registry();
+        fuzz::resetRegistry();
         return false;
     }
     // The callback is called directly, not through Tcl's evaluation, so that
@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
 {
     static Tcl_Interp* const interp = (fuzz::quitThrows(), fuzz::interpreter());
 
-    reset_registry();
+    fuzz::resetRegistry();
     char const* p = reinterpret_cast<char const*>(data);
     char const* const end = p + size;
     for (int n = 0; p < end && n < kMaxCommands; n++) {

@@ -12,6 +12,8 @@
 #include <string>
 
 #include "harness.h"
+#include "laminate/analysis/envelope.h"
+#include "laminate/analysis/laminate_analysis.h"
 #include "laminate/laminate/lamina1.h"
 #include "laminate/laminate/strict_record.h"
 #include "laminate/util/errorwriter.h"
@@ -21,9 +23,8 @@ using vantrel::ReaVecV;
 
 namespace {
 
-// Layers beyond this many are parsed and given their stiffness, but the
-// laminate-wide criteria (quadratic in the layers) are skipped, to keep the
-// run fast.
+// Beyond this many layers the laminate-wide criteria and the envelope
+// (quadratic in the layers) are skipped, to keep the run fast.
 int const kWideLayers = 8;
 
 void sameAsModel(StrictRecord const& strict, lamina1& lam, int rc)
@@ -45,6 +46,25 @@ void sameAsModel(StrictRecord const& strict, lamina1& lam, int rc)
         if (lam.layerFlag[k - 1] != static_cast<int>(strict.field(k, 17)))
             fail("layer %d: flags differ", k);
     }
+}
+
+// The whole-laminate analysis: prepared from the defined model, every layer
+// under the loads, the first-ply failure and a coarse envelope per criterion.
+// A strictly accepted record must prepare.
+void analyse(lamina1& lam, double const loads[8], bool accepted, unsigned pick)
+{
+    analysis::LaminateAnalysis an;
+    if (an.prepare(lam) != analysis::LaminateAnalysis::Ok) {
+        if (accepted) fail("a strictly accepted record did not prepare: status %d", an.status());
+        return;
+    }
+    analysis::Evaluation ev;
+    an.evaluate(loads, ev);
+    analysis::Criterion const all[] = {analysis::Criterion::TsaiWu, analysis::Criterion::Hashin,
+                                       analysis::Criterion::LaRC04};
+    for (analysis::Criterion c : all) an.firstPlyFailure(loads, c);
+    int const i = 1 + pick % 8, j = 1 + (pick / 8) % 8;
+    if (i != j && lam.nlayers <= kWideLayers) analysis::envelope(an, i, j, all[pick % 3], 4);
 }
 
 // Every per-layer result operation on layer k.
@@ -72,7 +92,11 @@ void layerResults(lamina1& lam, int k, ReaVecV& loads)
     for (auto op : single) (lam.*op)(k, loads);
 }
 
-void allResults(lamina1& lam, ReaVecV& loads)
+// The stiffness as a definition computes it, then every per-layer operation
+// on one layer and one of the laminate-wide criteria, both chosen by pick:
+// across inputs, every layer position and every criterion is reached
+// without paying for all of them on each input.
+void allResults(lamina1& lam, ReaVecV& loads, unsigned pick)
 {
     lam.calcNu21();
     lam.calcQI();
@@ -83,14 +107,13 @@ void allResults(lamina1& lam, ReaVecV& loads)
     lam.GiveSpecificWeight();
     lam.GiveShellThickness();
     if (lam.nlayers < 1) return;  // no layer to ask about
-    layerResults(lam, 1, loads);
-    if (lam.nlayers > 1) layerResults(lam, lam.nlayers, loads);
-    if (lam.nlayers <= kWideLayers) {
-        lam.FasTW(loads);
-        lam.FasTWcomplete(loads);
-        lam.FasHashinM(loads, 0);
-        lam.FasHashinM(loads, 1);
-        for (int mode = 1; mode <= 6; mode++) lam.FasLaRC04(loads, mode);
+    layerResults(lam, 1 + static_cast<int>(pick % static_cast<unsigned>(lam.nlayers)), loads);
+    if (lam.nlayers > kWideLayers) return;
+    switch (pick % 5) {
+    case 0: lam.FasTW(loads); break;
+    case 1: lam.FasTWcomplete(loads); break;
+    case 2: lam.FasHashinM(loads, static_cast<int>(pick / 5 % 2)); break;
+    default: lam.FasLaRC04(loads, 1 + static_cast<int>(pick / 5 % 6)); break;
     }
 }
 
@@ -116,7 +139,10 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size)
         // The model reads up to the first zero byte, as from a C string.
         int const rc = lam.LeerCampoMater(&record[0], 1.0, 1.0, 1.0);
         if (accepted) sameAsModel(strict, lam, rc);
-        if (rc == 0) allResults(lam, loads);
+        if (rc == 0) {
+            allResults(lam, loads, static_cast<unsigned>(size));
+            analyse(lam, given, accepted, static_cast<unsigned>(size));
+        }
     } catch (fuzz::Quit const&) {
         if (accepted)
             fail("fatal error on a strictly accepted record: %s", errorwriter.error_stream->str());

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/registry.h"
 #include "laminate/util/errorwriter.h"
 
@@ -40,7 +41,13 @@ void quitAborts()
 void afterQuit()
 {
     errorwriter.error_stream->reset();
+    resetRegistry();
+}
+
+void resetRegistry()
+{
     reset_registry();
+    forget_prepared_analyses();
 }
 
 Tcl_Interp* interpreter()

@@ -28,6 +28,10 @@ void quitAborts();
 // as a fresh process would have them.
 void afterQuit();
 
+// An empty registry, as the library loaded it, and no prepared analysis
+// left keyed by a freed model.
+void resetRegistry();
+
 // One interpreter for the whole run, with Laminate and laminate::analysis
 // loaded; nothing else of it is ever called by the targets.
 Tcl_Interp* interpreter();
