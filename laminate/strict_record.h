@@ -17,9 +17,9 @@
 //     1 - nu12 * nu21 > 0 with nu21 = nu12 * E2 / E1;
 //   - an assembled 8 x 8 laminate stiffness K, built as the model builds it,
 //     that is finite, invertible, and has a finite inverse.
-// A strength of 0 is accepted and means the ply has no strength of that kind:
-// the criteria divide by it, so any stress of that kind rates the ply as
-// failed (an infinite index) and the simple Tsai-Wu factor answers -1.
+// A strength of 0 is accepted and stands for a strength not given: the
+// criteria divide by it, so an index that uses it is infinite or NaN, and the
+// simple Tsai-Wu factor answers -1.
 //
 // Whatever this reader accepts, LeerCampoMater reads to the same values, and
 // the stiffness a definition builds from it can be inverted: no result
