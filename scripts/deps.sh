@@ -1,8 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, only those that are missing.
+# Usage: scripts/deps.sh [--fuzz]
 set -euo pipefail
 
 packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev libboost-dev)
+# With --fuzz (scripts/fuzz.sh), also clang with its libFuzzer runtime and
+# the coverage tools; the ordinary build does not need them.
+if [ "${1:-}" = "--fuzz" ]; then
+    packages+=(clang libclang-rt-14-dev llvm)
+fi
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
