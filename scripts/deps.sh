@@ -3,6 +3,8 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev)
+# Manual pages (dtplite, groff, man), pkg-config and the Debian package tools.
+packages+=(tcllib groff-base man-db pkgconf dpkg-dev)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,0 +1,66 @@
+# Checks the installed manual pages: run as "tclsh man_pages.tcl <prefix>".
+# Every command of both packages, as loaded from the prefix, must have a page
+# under its own name in <prefix>/share/man/mann that lists it in its
+# synopsis, and every page must render with groff (and man, when present)
+# without a single warning.  Prints what is wrong and exits 1.
+
+set prefix [file normalize [lindex $argv 0]]
+set mann [file join $prefix share man mann]
+if {![file isdirectory $mann]} {
+    puts "SKIPPED: no manual pages in $mann (dtplite, Debian package tcllib, was missing at build time)"
+    exit 0
+}
+if {[auto_execok groff] eq ""} {
+    puts "SKIPPED: groff not found (Debian package groff-base)"
+    exit 0
+}
+set auto_path [linsert $auto_path 0 [file join $prefix lib tcltk]]
+package require Laminate
+package require laminate::analysis
+
+set commands {laminate_material laminate_results last_layer laminate::analysis}
+foreach pattern [namespace eval ::laminate {namespace export}] {
+    foreach cmd [info commands ::laminate::$pattern] {
+        lappend commands [string trimleft $cmd :]
+    }
+}
+
+set failures 0
+proc fail {message} {
+    puts stderr $message
+    incr ::failures
+}
+
+# Renders a page; returns the text, after reporting any warning.
+proc render {page args} {
+    set errors [file tempfile errorsFile]
+    set failed [catch {exec {*}$args $page 2>@ $errors} text]
+    close $errors
+    set f [open $errorsFile]
+    set warnings [string trim [read $f]]
+    close $f
+    file delete $errorsFile
+    if {$failed || $warnings ne ""} {
+        fail "[lindex $args 0] on [file tail $page]: $warnings"
+    }
+    return $text
+}
+
+foreach cmd [lsort -unique $commands] {
+    set page [file join $mann $cmd.n]
+    if {![file exists $page]} {
+        fail "no manual page for $cmd"
+        continue
+    }
+    set text [render $page groff -ww -man -Tutf8 -P-cbu]
+    if {![regexp -line "^\\s+$cmd(\\s|\$)" $text]} {
+        fail "the page of $cmd does not show it as a command or package"
+    }
+    if {[auto_execok man] ne ""} {
+        render $page man --warnings -l
+    }
+}
+if {$failures} {
+    exit 1
+}
+puts "[llength $commands] commands, each with a page that renders cleanly"
