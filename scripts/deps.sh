@@ -2,7 +2,7 @@
 # Installs the Debian packages the build needs, only those that are missing.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev)
+packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev libboost-dev)
 # Manual pages (dtplite, groff, man), pkg-config and the Debian package tools.
 packages+=(tcllib groff-base man-db pkgconf dpkg-dev)
 missing=()
