@@ -20,13 +20,16 @@ set(_laminate_pkgindex
 # plain \"8.3\" form of vsatisfies, which every 8.x interpreter reads.
 if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
-    [list load @LIBRARY@ ${LAMINATE_TCL_PACKAGE}]
+    [list load [file join @LIBDIR@ $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
+# Tcl refuses a second package from a file name it has loaded one from, so
+# the companion names the same file another way (through \".\"): either
+# package can then be required first, in any interpreter.
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
-    [list load @LIBRARY@ Laminate_analysis]
+    [list load [file join @LIBDIR@ . $<TARGET_FILE_NAME:laminate>] Laminate_analysis]
 ")
 
-string(REPLACE "@LIBRARY@" "[file join $dir $<TARGET_FILE_NAME:laminate>]"
+string(REPLACE "@LIBDIR@" "$dir"
   _laminate_build_pkgindex "${_laminate_pkgindex}")
 file(GENERATE
   OUTPUT $<TARGET_FILE_DIR:laminate>/pkgIndex.tcl
@@ -40,8 +43,7 @@ include(GNUInstallDirs)
 file(RELATIVE_PATH _laminate_index_to_lib
   /prefix/${LAMINATE_TCL_INSTALL_DIR} /prefix/${CMAKE_INSTALL_LIBDIR})
 string(REGEX REPLACE "/$" "" _laminate_index_to_lib "${_laminate_index_to_lib}")
-string(REPLACE "@LIBRARY@"
-  "[file normalize [file join $dir ${_laminate_index_to_lib} $<TARGET_FILE_NAME:laminate>]]"
+string(REPLACE "@LIBDIR@" "[file normalize [file join $dir ${_laminate_index_to_lib}]]"
   _laminate_install_pkgindex "${_laminate_pkgindex}")
 file(GENERATE
   OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl

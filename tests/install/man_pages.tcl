@@ -53,7 +53,7 @@ foreach cmd [lsort -unique $commands] {
         continue
     }
     set text [render $page groff -ww -man -Tutf8 -P-cbu]
-    if {![regexp -line "^\\s+$cmd(\\s|\$)" $text]} {
+    if {![regexp -line "^\\s+${cmd}(\\s|\$)" $text]} {
         fail "the page of $cmd does not show it as a command or package"
     }
     if {[auto_execok man] ne ""} {

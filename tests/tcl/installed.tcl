@@ -1,6 +1,6 @@
-# Checks an installed package: run as "tclsh installed.tcl <prefix>".  The
-# package must be found through <prefix>/lib/tcltk alone and load its library
-# from the prefix.
+# Checks an installed package: run as "tclsh installed.tcl <prefix>".  Both
+# packages must be found through <prefix>/lib/tcltk alone, load the library
+# from the prefix, and load after each other in either order.
 # Prints what is wrong and exits 1, or prints the version and exits 0.
 
 set prefix [file normalize [lindex $argv 0]]
@@ -18,6 +18,22 @@ laminate_material m {1 100 10 0.3 5 4 3 50 20 50 20 10 8 6 0.5 90 1 1.5 1}
 set sigma [laminate_results stresses m 1 {10 0 0 0 0 0 0 0}]
 if {abs([lindex $sigma 1] - 10) > 1e-9} {
     puts stderr "unexpected stresses {$sigma}"
+    exit 1
+}
+if {[catch {package require laminate::analysis 1.0} message]
+        || [catch {laminate::evaluate m {10 0 0 0 0 0 0 0}} message]} {
+    puts stderr "laminate::analysis after Laminate: $message"
+    exit 1
+}
+set other [interp create]
+$other eval [list set auto_path $auto_path]
+if {[catch {$other eval {
+        package require laminate::analysis
+        package require Laminate
+        laminate_material m {1 100 10 0.3 5 4 3 50 20 50 20 10 8 6 0.5 90 1 1.5 1}
+        last_layer m
+    }} message]} {
+    puts stderr "Laminate after laminate::analysis: $message"
     exit 1
 }
 puts "Laminate $version from $file"
