@@ -1,10 +1,12 @@
-# Checks the installed manual pages: run as "tclsh man_pages.tcl <prefix>".
-# Every command of both packages, as loaded from the prefix, must have a page
-# under its own name in <prefix>/share/man/mann that lists it in its
-# synopsis, and every page must render with groff (and man, when present)
-# without a single warning.  Prints what is wrong and exits 1.
+# Checks the installed manual pages: run as
+# "tclsh man_pages.tcl <prefix> <page sources>".  Every command of both
+# packages, as loaded from the prefix, must have a page under its own name in
+# <prefix>/share/man/mann that shows it as a command; every page must render
+# with groff (and man, when present) without a single warning; and the
+# example of every page source must run.  Prints what is wrong and exits 1.
 
-set prefix [file normalize [lindex $argv 0]]
+lassign $argv prefix sources
+set prefix [file normalize $prefix]
 set mann [file join $prefix share man mann]
 if {![file isdirectory $mann]} {
     puts "SKIPPED: no manual pages in $mann (dtplite, Debian package tcllib, was missing at build time)"
@@ -60,6 +62,18 @@ foreach cmd [lsort -unique $commands] {
         render $page man --warnings -l
     }
 }
+# The script of the EXAMPLE section of each page source, run as it stands.
+foreach source [glob -directory $sources *.man] {
+    set f [open $source]
+    set text [read $f]
+    close $f
+    if {![regexp {\[section EXAMPLE\]\s*?\[example \{(.*?)\}\]} $text -> script]} {
+        fail "[file tail $source] has no example"
+    } elseif {[catch {uplevel #0 $script} message]} {
+        fail "the example of [file tail $source] fails: $message"
+    }
+}
+
 if {$failures} {
     exit 1
 }
