@@ -6,11 +6,22 @@
 # The library itself is installed once, in <prefix>/lib, where C++ programs
 # link it (cmake/LaminateInstall.cmake).  Both indexes find it relative to
 # $dir: beside the index in the build folder, two levels up once installed,
-# so a moved prefix keeps working.
+# so a moved prefix keeps working.  The companion's link (below) lies beside
+# the index in both.
 
 set(LAMINATE_TCL_PACKAGE Laminate)
 set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
 set(LAMINATE_TCL_DIRNAME ${LAMINATE_TCL_PACKAGE}${LAMINATE_TCL_VERSION})
+
+# Tcl's load takes one entry-point prefix per library file, so the companion
+# package loads the same library through a symbolic link of another name.
+# The dynamic loader maps a file once, whatever name it is opened by, so both
+# packages share one library and one material registry.
+set(LAMINATE_ANALYSIS_LINK liblaminate_analysis${LAMINATE_TCL_VERSION}.so)
+add_custom_command(TARGET laminate POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -E create_symlink $<TARGET_FILE_NAME:laminate>
+          $<TARGET_FILE_DIR:laminate>/${LAMINATE_ANALYSIS_LINK}
+  VERBATIM)
 
 set(_laminate_pkgindex
 "# Tcl package index for ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} and its companion
@@ -21,12 +32,9 @@ set(_laminate_pkgindex
 if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
     [list load [file join @LIBDIR@ $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
-# Tcl refuses a second package from a file name it has loaded one from, so
-# the companion names the same file another way (through \".\"): either
-# package can then be required first, in any interpreter.
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
-    [list load [file join @LIBDIR@ . $<TARGET_FILE_NAME:laminate>] Laminate_analysis]
+    [list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
 ")
 
 string(REPLACE "@LIBDIR@" "$dir"
@@ -35,8 +43,8 @@ file(GENERATE
   OUTPUT $<TARGET_FILE_DIR:laminate>/pkgIndex.tcl
   CONTENT "${_laminate_build_pkgindex}")
 
-# The installed copy is generated apart from the build one so that the
-# install rule never depends on where the library was built.
+# The installed index and link are made apart from the build ones so that
+# the install rules never depend on where the library was built.
 set(LAMINATE_TCL_INSTALL_DIR lib/tcltk/${LAMINATE_TCL_DIRNAME}
     CACHE STRING "Install folder of the Tcl package, relative to the prefix")
 include(GNUInstallDirs)
@@ -48,16 +56,21 @@ string(REPLACE "@LIBDIR@" "[file normalize [file join $dir ${_laminate_index_to_
 file(GENERATE
   OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   CONTENT "${_laminate_install_pkgindex}")
+get_target_property(_laminate_output_name laminate OUTPUT_NAME)
+file(CREATE_LINK
+  ${_laminate_index_to_lib}/${CMAKE_SHARED_LIBRARY_PREFIX}${_laminate_output_name}${CMAKE_SHARED_LIBRARY_SUFFIX}
+  ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK} SYMBOLIC)
 
 # <prefix>/lib/tcltk is on the auto_path of Debian's tclsh for the prefixes
 # /usr and /usr/local; tclsh scans its subfolders for pkgIndex.tcl.  With
 # any other prefix, add <prefix>/lib/tcltk to TCLLIBPATH or auto_path.
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
+              ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK}
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
   COMPONENT tcl)
 
 # The command reference and the example travel with the package.
-install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md
+install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md ${PROJECT_SOURCE_DIR}/doc/analysis.md
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/doc
   COMPONENT tcl)
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl
