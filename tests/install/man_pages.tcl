@@ -33,19 +33,13 @@ proc fail {message} {
     incr ::failures
 }
 
-# Renders a page; returns the text, after reporting any warning.
+# Renders a page; returns the text, after reporting any warning (any output
+# on the standard error makes exec fail).
 proc render {page args} {
-    set errors [file tempfile errorsFile]
-    set failed [catch {exec {*}$args $page 2>@ $errors} text]
-    close $errors
-    set f [open $errorsFile]
-    set warnings [string trim [read $f]]
-    close $f
-    file delete $errorsFile
-    if {$failed || $warnings ne ""} {
+    if {[catch {exec {*}$args $page > /dev/null} warnings]} {
         fail "[lindex $args 0] on [file tail $page]: $warnings"
     }
-    return $text
+    return [exec {*}$args $page 2> /dev/null]
 }
 
 foreach cmd [lsort -unique $commands] {
