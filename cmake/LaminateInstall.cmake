@@ -36,15 +36,13 @@ foreach(_floor util linalg intvec laminate analysis)
   list(APPEND _laminate_public_headers ${_found})
 endforeach()
 list(REMOVE_ITEM _laminate_public_headers ${LAMINATE_INTERNAL_HEADERS})
-set(LAMINATE_PUBLIC_HEADERS ${_laminate_public_headers})
-foreach(_header ${LAMINATE_PUBLIC_HEADERS})
+foreach(_header ${_laminate_public_headers})
   get_filename_component(_floor ${_header} DIRECTORY)
   install(FILES ${PROJECT_SOURCE_DIR}/${_header}
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/laminate/${_floor}
     COMPONENT dev)
 endforeach()
 
-set_target_properties(laminate PROPERTIES EXPORT_NAME laminate)
 target_include_directories(laminate PUBLIC
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
