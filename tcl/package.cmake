@@ -1,10 +1,13 @@
 # Tcl packaging of the laminate library: a pkgIndex.tcl beside the built
 # library, so the build folder itself is a package folder
 # (TCLLIBPATH=<build> tclsh finds "package require Laminate"), and install
-# rules that lay out the same folder as <prefix>/lib/tcltk/Laminate1.0.
+# rules for the package folder <prefix>/lib/tcltk/Laminate1.0.
 #
-# The index loads the library relative to $dir, so one text serves both the
-# build folder and the installed folder.
+# The library itself is installed once, in <prefix>/lib, where C++ programs
+# link it (cmake/LaminateInstall.cmake).  Both indexes find it relative to
+# $dir: beside the index in the build folder, two levels up once installed,
+# so a moved prefix keeps working.  The companion's link (below) lies beside
+# the index in both.
 
 set(LAMINATE_TCL_PACKAGE Laminate)
 set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
@@ -28,35 +31,41 @@ set(_laminate_pkgindex
 # plain \"8.3\" form of vsatisfies, which every 8.x interpreter reads.
 if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
-    [list load [file join $dir $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
+    [list load [file join @LIBDIR@ $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
     [list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
 ")
 
+string(REPLACE "@LIBDIR@" "$dir"
+  _laminate_build_pkgindex "${_laminate_pkgindex}")
 file(GENERATE
   OUTPUT $<TARGET_FILE_DIR:laminate>/pkgIndex.tcl
-  CONTENT "${_laminate_pkgindex}")
+  CONTENT "${_laminate_build_pkgindex}")
 
-# The installed copy is generated apart from the build one so that the
-# install rule never depends on where the library was built.
-file(GENERATE
-  OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
-  CONTENT "${_laminate_pkgindex}")
-
-# <prefix>/lib/tcltk is on the auto_path of Debian's tclsh for the default
-# /usr/local prefix; tclsh scans its subfolders for pkgIndex.tcl.  With any
-# other prefix, add <prefix>/lib/tcltk to TCLLIBPATH or auto_path.
+# The installed index and link are made apart from the build ones so that
+# the install rules never depend on where the library was built.
 set(LAMINATE_TCL_INSTALL_DIR lib/tcltk/${LAMINATE_TCL_DIRNAME}
     CACHE STRING "Install folder of the Tcl package, relative to the prefix")
+include(GNUInstallDirs)
+file(RELATIVE_PATH _laminate_index_to_lib
+  /prefix/${LAMINATE_TCL_INSTALL_DIR} /prefix/${CMAKE_INSTALL_LIBDIR})
+string(REGEX REPLACE "/$" "" _laminate_index_to_lib "${_laminate_index_to_lib}")
+string(REPLACE "@LIBDIR@" "[file normalize [file join $dir ${_laminate_index_to_lib}]]"
+  _laminate_install_pkgindex "${_laminate_pkgindex}")
+file(GENERATE
+  OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
+  CONTENT "${_laminate_install_pkgindex}")
+get_target_property(_laminate_output_name laminate OUTPUT_NAME)
+file(CREATE_LINK
+  ${_laminate_index_to_lib}/${CMAKE_SHARED_LIBRARY_PREFIX}${_laminate_output_name}${CMAKE_SHARED_LIBRARY_SUFFIX}
+  ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK} SYMBOLIC)
 
-install(TARGETS laminate
-  LIBRARY DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
-  COMPONENT tcl)
-install(CODE "file(CREATE_LINK $<TARGET_FILE_NAME:laminate>
-  \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${LAMINATE_TCL_INSTALL_DIR}/${LAMINATE_ANALYSIS_LINK}\" SYMBOLIC)"
-  COMPONENT tcl)
+# <prefix>/lib/tcltk is on the auto_path of Debian's tclsh for the prefixes
+# /usr and /usr/local; tclsh scans its subfolders for pkgIndex.tcl.  With
+# any other prefix, add <prefix>/lib/tcltk to TCLLIBPATH or auto_path.
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
+              ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK}
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
   COMPONENT tcl)
 

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "laminate/tcl/materials.h"
+
 lam_mat* first_mat = nullptr;
 lam_mat* current_mat = nullptr;
 int max_layers = 0;
@@ -63,16 +65,29 @@ void drop_current_material()
     current_mat = nullptr;
 }
 
-lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
+// The node a lookup of name answers with; the cursor is not moved.
+static lam_mat* lookup_material(char const* name)
 {
-    const char* name = Tcl_GetString(nameObj);
     if (current_mat != nullptr && std::strcmp(current_mat->name, name) == 0)
         return current_mat;
-    for (current_mat = first_mat; current_mat != nullptr;
-         current_mat = current_mat->next) {
-        if (std::strcmp(current_mat->name, name) == 0)
-            return current_mat;
+    for (lam_mat* node = first_mat; node != nullptr; node = node->next) {
+        if (std::strcmp(node->name, name) == 0)
+            return node;
     }
+    return nullptr;
+}
+
+lamina1* laminate_find_material(char const* name)
+{
+    lam_mat* node = lookup_material(name);
+    return node == nullptr ? nullptr : node->lamina;
+}
+
+lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
+{
+    current_mat = lookup_material(Tcl_GetString(nameObj));
+    if (current_mat != nullptr)
+        return current_mat;
     Tcl_Obj* result = Tcl_GetObjResult(interp);
     Tcl_SetStringObj(result, "material not found '", -1);
     Tcl_AppendObjToObj(result, nameObj);

@@ -1,5 +1,6 @@
-# Checks an installed package: run as "tclsh installed.tcl <prefix>".  The
-# package must be found through <prefix>/lib/tcltk alone and load from there.
+# Checks an installed package: run as "tclsh installed.tcl <prefix>".  Both
+# packages must be found through <prefix>/lib/tcltk alone, load the library
+# from the prefix, and load after each other in either order.
 # Prints what is wrong and exits 1, or prints the version and exits 0.
 
 set prefix [file normalize [lindex $argv 0]]
@@ -9,7 +10,7 @@ if {[catch {package require Laminate 1.0} version]} {
     exit 1
 }
 set file [lindex [lsearch -inline -index 1 [info loaded] Laminate] 0]
-if {![string match $prefix/lib/tcltk/Laminate1.0/* $file]} {
+if {![string match $prefix/* $file]} {
     puts stderr "Laminate loaded from \"$file\", not from $prefix"
     exit 1
 }
@@ -24,6 +25,17 @@ if {abs([lindex $sigma 1] - 10) > 1e-9} {
 if {[catch {package require laminate::analysis 1.0} v] ||
         [catch {laminate::fpf m {0 10 0 0 0 0 0 0} -criterion tsaiwu} fpf]} {
     puts stderr "laminate::analysis: [expr {[info exists fpf] ? $fpf : $v}]"
+    exit 1
+}
+# And the other way round, in an interpreter of its own.
+set other [interp create]
+$other eval [list set auto_path $auto_path]
+if {[catch {$other eval {
+        package require laminate::analysis
+        package require Laminate
+        last_layer m
+    }} message]} {
+    puts stderr "Laminate after laminate::analysis: $message"
     exit 1
 }
 puts "Laminate $version and laminate::analysis $v from $file"
