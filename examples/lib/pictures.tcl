@@ -367,7 +367,8 @@ proc ::lamsvg::envelope {curves plane loads args} {
             }]]
             set tag [expr {[llength $pieces] == 1 && [llength $piece] == [llength $points]
                 ? "polygon" : "polyline"}]
-            lappend body [el $tag [dict merge $style [list points $drawn]]]
+            lappend body [el $tag [dict merge $style [list class curve \
+                data-criterion $c points $drawn]]]
         }
         lappend body </g>
         if {![llength $pieces]} {
