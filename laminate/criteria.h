@@ -1,24 +1,22 @@
-// What the failure criteria of lamina1 share: the not-assessed marker, its
-// test, and the walk over all layers.  Internal to laminate/.
+// What the failure criteria of lamina1 share: the not-assessed test of the
+// layer CalcTD has just recovered, and the walk over all layers.  Internal to
+// laminate/.
 #ifndef LAMINATE_LAMINATE_CRITERIA_H
 #define LAMINATE_LAMINATE_CRITERIA_H
 
 #include "laminate/laminate/lamina1.h"
+#include "laminate/laminate/ply_criteria.h"
 
 namespace criteria {
 
-// Marks a layer that is not assessed; the results command shows it as 0.
-const double kNotAssessed = 1000000.0;
+using laminate_model::kNotAssessed;
 
 // After CalcTD of the layer: unflagged layers and layers carrying no stress
 // at all (mid-thickness in-plane and transverse shear) are not assessed.
 inline bool notAssessed(lamina1& lam, int layer)
 {
-    vantrel::ReaVecV& mid = lam.stressesLam;
-    vantrel::ReaVecV& shear = lam.shearStressesLam;
-    return lam.layerFlag[layer - 1] == 0 ||
-           (mid[0] == 0.0 && mid[1] == 0.0 && mid[2] == 0.0 && shear[0] == 0.0 &&
-            shear[1] == 0.0);
+    return laminate_model::notAssessed(laminate_model::plyData(lam, layer), lam.stressesLam.data,
+                                       lam.shearStressesLam.data);
 }
 
 // Recovers every layer in turn and returns the largest layerValue(lam, k);

@@ -60,6 +60,10 @@ public:
     // entries).  Every accessor recovers the state afresh through CalcTD.
 
     void CalcTD(int layer, vantrel::ReaVecV& loads);
+    // The cosine and sine of the layer's angle as the recovery uses them:
+    // shortened degree factor, magnitudes below 0.001 snapped to 0.  Stores
+    // the radian angle in angleRad, as CalcTD does.
+    void recoveryCosSin(int layer, double& c, double& s);
 
     // mode 0: out = stressesLam.  Otherwise entries 1, 2 of out become the
     // layer-axes transverse shear stresses and entry 3 the in-plane shear,

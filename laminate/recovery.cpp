@@ -2,6 +2,7 @@
 // stresses of one layer, at its two faces and its mid-thickness, in laminate
 // and in layer axes.  Nothing is cached: every accessor recovers afresh.
 #include "laminate/laminate/lamina1.h"
+#include "laminate/laminate/layer_recovery.h"
 
 #include <cmath>
 
@@ -10,38 +11,19 @@ using vantrel::ReaVecV;
 
 namespace {
 
-// Laminate-axes in-plane strains at height z: mid-surface strains plus z
-// times the curvatures.
-void strainsAt(double z, ReaVecV const& membrane, ReaVecV const& curv,
-               ReaVecV& out)
-{
-    for (int i = 0; i < 3; i++) {
-        out[i] = membrane[i] + z * curv[i];
-    }
-}
-
 // Resizes to n entries (new ones 0); a vector of that length already is left
 // alone, as resize would leave it.
-// out = M * v for an N x N matrix, each entry summed from 0.0 in column
-// order, as ReaVecV::product does; the fixed size lets the loops unroll.
-template <int N>
-inline void product(Matriu const& M, ReaVecV const& v, ReaVecV& out)
-{
-    double const* row = M.data;
-    double const* x = v.data;
-    for (int i = 0; i < N; i++, row += N) {
-        double sum = 0.0;
-        for (int j = 0; j < N; j++) {
-            sum += row[j] * x[j];
-        }
-        out.data[i] = sum;
-    }
-}
-
 inline void sized(ReaVecV& v, int n)
 {
     if (v.length() != n) {
         v.resize(n, 0.0);
+    }
+}
+
+inline void copy(double const* from, ReaVecV& to, int n)
+{
+    for (int i = 0; i < n; i++) {
+        to.data[i] = from[i];
     }
 }
 
@@ -60,18 +42,8 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
         calcQI();
     }
 
-    // The shortened degree factor and the 0.001 snap, as for the transverse
-    // shear matrices.
-    ShortAngle const& a = shortAngle(k);
-    angleRad[k] = a.rad;
-    double s = a.s;
-    double c = a.c;
-    if (-0.001 < c && c < 0.001) {
-        c = 0.0;
-    }
-    if (-0.001 < s && s < 0.001) {
-        s = 0.0;
-    }
+    double c, s;
+    recoveryCosSin(layer, c, s);
 
     sized(generalizedStrains, 8);
     sized(membraneStrains, 3);
@@ -98,7 +70,7 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
     // K is inverted in full on every call.  Only the first 8 load entries are
     // read.
     Matriu const Kinv = K.i();
-    product<8>(Kinv, loads, generalizedStrains);
+    laminate_model::product<8>(Kinv.data, loads.data, generalizedStrains.data);
 
     for (int i = 0; i < 3; i++) {
         membraneStrains[i] = generalizedStrains[i];
@@ -107,43 +79,42 @@ void lamina1::CalcTD(int layer, ReaVecV& loads)
     transverseShearStrains[0] = generalizedStrains[6];
     transverseShearStrains[1] = generalizedStrains[7];
 
-    Matriu const& Q = Qbar[k];
-    Matriu const& T = Tmat[k];
+    laminate_model::LayerFrame const frame{Qbar[k].data, Tmat[k].data, Q_st.data, c, s,
+                                           zInterface[k], zInterface[k] + layerThickness[k]};
+    laminate_model::LayerState st;
+    laminate_model::recoverLayer(generalizedStrains.data, frame, st);
 
-    // T turns stresses; applied to strains it needs tensor shear, so the
-    // shear strain is halved around the rotation and doubled back (the
-    // laminate-axes vector keeps its engineering shear).
-    double const zTop = zInterface[k];
-    strainsAt(zTop, membraneStrains, curvatures, strainsTop);
-    product<3>(Q, strainsTop, stressesTop);
-    product<3>(T, stressesTop, stressesTopLam);
-    strainsTop[2] *= 0.5;
-    product<3>(T, strainsTop, strainsTopLam);
-    strainsTopLam[2] *= 2.0;
-    strainsTop[2] *= 2.0;
+    copy(st.strainsTop, strainsTop, 3);
+    copy(st.strainsTopLam, strainsTopLam, 3);
+    copy(st.stressesTop, stressesTop, 3);
+    copy(st.stressesTopLam, stressesTopLam, 3);
+    copy(st.strainsBas, strainsBas, 3);
+    copy(st.strainsBasLam, strainsBasLam, 3);
+    copy(st.stressesBas, stressesBas, 3);
+    copy(st.stressesBasLam, stressesBasLam, 3);
+    copy(st.shearStressesLam, shearStressesLam, 2);
+    copy(st.shearStrainsLam, shearStrainsLam, 2);
+    copy(st.stressesLam, stressesLam, 3);
+    copy(st.strainsLam, strainsLam, 3);
 
-    double const zBas = zInterface[k] + layerThickness[k];
-    strainsAt(zBas, membraneStrains, curvatures, strainsBas);
-    product<3>(Q, strainsBas, stressesBas);
-    product<3>(T, stressesBas, stressesBasLam);
-    strainsBas[2] *= 0.5;
-    product<3>(T, strainsBas, strainsBasLam);
-    strainsBasLam[2] *= 2.0;
-    strainsBas[2] *= 2.0;
+    // Qstar now holds the last layer's matrix: calcK rebuilt it layer by
+    // layer after the calcQstar above.
+    laminate_model::product<2>(Qstar.data, transverseShearStrains.data, shearStressesGlob.data);
+}
 
-    product<2>(Qstar, transverseShearStrains, shearStressesGlob);
-    product<2>(Q_st, transverseShearStrains, shearStressesLam);
-
-    double const g1 = transverseShearStrains[0];
-    double const g2 = transverseShearStrains[1];
-    shearStrainsLam[0] = g1 * c + g2 * s;
-    shearStrainsLam[1] = g2 * c - g1 * s;
-
-    // The strain field is linear through the layer, so the mean of the two
-    // faces is the mid-thickness value.
-    for (int i = 0; i < 3; i++) {
-        stressesLam[i] = 0.5 * (stressesTopLam[i] + stressesBasLam[i]);
-        strainsLam[i] = 0.5 * (strainsTopLam[i] + strainsBasLam[i]);
+// The shortened degree factor and the 0.001 snap, as for the transverse shear
+// matrices.
+void lamina1::recoveryCosSin(int layer, double& c, double& s)
+{
+    ShortAngle const& a = shortAngle(layer - 1);
+    angleRad[layer - 1] = a.rad;
+    c = a.c;
+    s = a.s;
+    if (-0.001 < c && c < 0.001) {
+        c = 0.0;
+    }
+    if (-0.001 < s && s < 0.001) {
+        s = 0.0;
     }
 }
 

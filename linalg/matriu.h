@@ -62,6 +62,11 @@ public:
     // above.  Zero size, a rectangular matrix and an exactly zero determinant
     // or pivot are fatal; a tiny pivot passes huge entries through.
     Matriu i() const;
+    // The same inverse without the fatal end: returns 1 and leaves out as it
+    // was when this matrix is empty, rectangular or exactly singular;
+    // otherwise out takes the shape and the values i() gives, bit for bit,
+    // and 0 is returned.
+    int inverse(Matriu& out) const;
     // Orders 1 to 4 only; zero size, rectangular or larger are fatal.
     double det() const;
     // Fatal on zero size or a non-square matrix.

@@ -111,29 +111,30 @@ double FirstColumnExpansion(Square const& m, double* cof)
 }
 
 // Inverts the n x n row-major matrix a into inv (n * n doubles, distinct from
-// a); an exactly singular matrix is fatal.
-void Invert(int n, double const* a, double* inv)
+// a).  Returns false, with inv partly written, when the matrix is exactly
+// singular.
+bool Invert(int n, double const* a, double* inv)
 {
     Square const m{a, n};
     if (n == 1) {
-        if (a[0] == 0.0) Singular(n);
+        if (a[0] == 0.0) return false;
         inv[0] = 1.0 / a[0];
-        return;
+        return true;
     }
     if (n == 2) {
         double const det = Det2(a[0], a[1], a[2], a[3]);
-        if (det == 0.0) Singular(n);
+        if (det == 0.0) return false;
         double const r = 1.0 / det;
         inv[0] = a[3] * r;
         inv[1] = -a[1] * r;
         inv[2] = -a[2] * r;
         inv[3] = a[0] * r;
-        return;
+        return true;
     }
     if (n <= 4) {
         double cof[4];
         double const det = FirstColumnExpansion(m, cof);
-        if (det == 0.0) Singular(n);
+        if (det == 0.0) return false;
         double const r = 1.0 / det;
         // inverse(i, j) = C(j, i) / det; its first row is the cofactors above.
         for (int i = 1; i <= n; ++i)
@@ -141,7 +142,7 @@ void Invert(int n, double const* a, double* inv)
                 double const c = i == 1 ? cof[j - 1] : Cofactor(m, j, i);
                 inv[(i - 1) * n + (j - 1)] = c * r;
             }
-        return;
+        return true;
     }
 
     // Gauss-Jordan in place, without row exchange.
@@ -149,7 +150,7 @@ void Invert(int n, double const* a, double* inv)
     for (int k = 0; k < n; ++k) {
         double* const rowk = inv + k * n;
         double const p = rowk[k];
-        if (p == 0.0) Singular(n);
+        if (p == 0.0) return false;
         for (int j = 0; j < n; ++j) rowk[j] /= -p;
         for (int i = 0; i < n; ++i) {
             if (i == k) continue;
@@ -160,6 +161,7 @@ void Invert(int n, double const* a, double* inv)
         }
         rowk[k] = 1.0 / p;
     }
+    return true;
 }
 
 // Pivots smaller than this in magnitude are unusable for elimination.
@@ -210,8 +212,17 @@ Matriu Matriu::i() const
 {
     CheckSquare(nrows, ncols, size, "inverse");
     Matriu inv(nrows, nrows);
-    Invert(nrows, data, inv.data);
+    if (!Invert(nrows, data, inv.data)) Singular(nrows);
     return inv;
+}
+
+int Matriu::inverse(Matriu& out) const
+{
+    if (size == 0 || nrows != ncols) return 1;
+    Matriu inv(nrows, nrows);
+    if (!Invert(nrows, data, inv.data)) return 1;
+    out = inv;
+    return 0;
 }
 
 void Transpose::i()
@@ -220,7 +231,7 @@ void Transpose::i()
     // which is the inverse of the transpose.
     CheckSquare(nrows, ncols, size, "inverse");
     Matriu inv(nrows, nrows);
-    Invert(nrows, data, inv.data);
+    if (!Invert(nrows, data, inv.data)) Singular(nrows);
     if (owner && data) delete[] data;
     data = inv.data;
     owner = 1;

@@ -5,7 +5,7 @@
 # LAMINATE_NO_OPTIONAL=1 not to try.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev
+packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev libboost-dev
           tcllib libxml2-utils)
 optional=(chromium-headless-shell)
 [ "${LAMINATE_NO_OPTIONAL:-0}" = 1 ] && optional=()

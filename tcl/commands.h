@@ -14,6 +14,10 @@ int laminate_results_cb(ClientData, Tcl_Interp* interp, int objc,
 int last_layer_cb(ClientData, Tcl_Interp* interp, int objc,
                   Tcl_Obj* const objv[]);
 
+// The 30 result-type names of laminate_results, in the order that selects
+// the operation; NULL-terminated.
+extern const char* const result_types[];
+
 // Called by Tcl's loader ("load liblaminate1.0.so Laminate").
 extern "C" int Laminate_Init(Tcl_Interp* interp);
 

@@ -11,11 +11,17 @@ set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
 set(LAMINATE_TCL_DIRNAME ${LAMINATE_TCL_PACKAGE}${LAMINATE_TCL_VERSION})
 
 set(_laminate_pkgindex
-"# Tcl package index for ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION}.
-# The entry point is Laminate_Init; the library needs Tcl 8.3 or later.
-if {![package vsatisfies [package provide Tcl] 8.3-]} {return}
+"# Tcl package index for ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} and its companion
+# laminate::analysis ${LAMINATE_TCL_VERSION}, both in one library.  Laminate's entry point
+# is Laminate_Init and needs Tcl 8.3 or later in the 8 series; the companion's is
+# Laminate_analysis_Init and needs 8.5 (dicts, ensembles).  The guards use the
+# plain \"8.3\" form of vsatisfies, which every 8.x interpreter reads.
+if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
     [list load [file join $dir $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
+if {![package vsatisfies [package provide Tcl] 8.5]} {return}
+package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
+    [list load [file join $dir $<TARGET_FILE_NAME:laminate>] Laminate_analysis]
 ")
 
 file(GENERATE

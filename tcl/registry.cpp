@@ -60,3 +60,14 @@ lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
     Tcl_AppendStringsToObj(result, "'", static_cast<char*>(nullptr));
     return nullptr;
 }
+
+lam_mat* peek_material(const char* name)
+{
+    if (current_mat != nullptr && std::strcmp(current_mat->name, name) == 0)
+        return current_mat;
+    for (lam_mat* node = first_mat; node != nullptr; node = node->next) {
+        if (std::strcmp(node->name, name) == 0)
+            return node;
+    }
+    return nullptr;
+}

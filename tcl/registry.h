@@ -33,4 +33,8 @@ void drop_current_material();
 // "material not found '<name>'" and null is returned.
 lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj);
 
+// The node find_material would answer for name, without moving the cursor
+// and without a message; null when there is none.
+lam_mat* peek_material(const char* name);
+
 #endif

@@ -11,7 +11,7 @@ using vantrel::ReaVecV;
 
 // The result types.  The position of a name is the interface: it selects the
 // operation in result_ops below, entry for entry.
-static const char* const result_types[] = {
+const char* const result_types[] = {
     "FS_TW",             //  0
     "stresses",          //  1
     "strains",           //  2

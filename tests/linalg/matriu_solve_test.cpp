@@ -65,6 +65,25 @@ TEST(MatriuInverse, EliminationAgreesWithClosedForms)
     }
 }
 
+TEST(MatriuInverse, NonFatalFormAgreesBitForBitOrRefuses)
+{
+    std::mt19937 gen(11);
+    for (int n = 1; n <= 9; ++n) {
+        Matriu A = WellConditioned(n, gen), out;
+        EXPECT_EQ(A.inverse(out), 0) << "n=" << n;
+        EXPECT_TRUE(out == A.i()) << "n=" << n;
+    }
+    // Singular at every order band (closed forms and elimination), empty and
+    // rectangular: refused, out untouched.
+    Matriu keep = Rows({{7}});
+    for (Matriu const& bad : {Rows({{0}}), Rows({{1, 2}, {2, 4}}), Rows({{1, 2, 3}, {2, 4, 6}, {0, 0, 1}}),
+                              Matriu(I(6) - I(6)), Rows({{1, 2}}), Matriu()}) {
+        Matriu out = keep;
+        EXPECT_EQ(bad.inverse(out), 1);
+        EXPECT_TRUE(out == keep);
+    }
+}
+
 TEST(MatriuInverse, TransposeViewInvertsTheHeldMatrix)
 {
     Matriu A = Rows({{1, 2, 3}, {0, 1, 4}, {5, 6, 0}}), original(A);

@@ -1,0 +1,143 @@
+// Whole-laminate analysis: prepare once from a material, then evaluate load
+// cases in one pass each.
+//
+// A LaminateAnalysis holds everything of a laminate that does not depend on
+// the loads: the inverse of the 8 x 8 stiffness, and per layer the in-plane
+// stiffness, the stress transformation, the transverse shear matrix, the
+// angle's cosine and sine and the z of its faces.  evaluate() then gives, for
+// every layer, every quantity the per-layer operations of lamina1 give (the
+// same numbers, bit for bit, for the same loads), and firstPlyFailure() the
+// load factor at which the first ply fails.
+//
+// Layers are counted from 1; layer 1 lies at the lowest z.  A layer's "top"
+// face is its face nearer layer 1 (lower z), its "bottom" face the other one
+// (the faces are named as the layer-axes results name them).  Loads are the
+// 8 generalized resultants N1 N2 N12 M1 M2 M12 Q1 Q2, in the record's units.
+//
+// Misuse: evaluating an object whose status() is not Ok returns zeros and a
+// "never fails" answer; nothing here ends the process.  A singular stiffness
+// is refused by prepare(), never inverted.
+#ifndef LAMINATE_ANALYSIS_LAMINATE_ANALYSIS_H
+#define LAMINATE_ANALYSIS_LAMINATE_ANALYSIS_H
+
+#include <vector>
+
+#include "laminate/laminate/lamina1.h"
+#include "laminate/laminate/layer_recovery.h"
+#include "laminate/laminate/ply_criteria.h"
+#include "laminate/linalg/matriu.h"
+
+namespace analysis {
+
+// Marks a criterion value of a layer that is not assessed (failure flag 0, or
+// no stress at all), as lamina1's criteria do.
+const double kNotAssessed = laminate_model::kNotAssessed;
+
+// Everything one layer gives under one load case.
+struct PlyResult {
+    // Strains and stresses at the two faces (laminate and layer axes), at
+    // mid-thickness (layer axes) and the transverse shear values.
+    laminate_model::LayerState state;
+    double tsaiWu;        // complete Tsai-Wu index, worse face; or kNotAssessed
+    double tsaiWuSimple;  // simple Tsai-Wu load factor in [0, 200]; or -1
+    double larc04[6];     // LaRC04 indices of modes 1..6, worse face; or kNotAssessed
+    double hashinMatrix;  // Hashin matrix index, worse face; or kNotAssessed
+    double hashinFibre;   // Hashin fibre index, worse face; or kNotAssessed
+};
+
+struct Evaluation {
+    double strains[8];  // ex ey gxy (z = 0), kx ky kxy, transverse shear gxz gyz
+    std::vector<PlyResult> plies;  // layer 1 first
+};
+
+enum class Criterion { TsaiWu, Hashin, LaRC04 };
+enum class Face { None, Top, Bottom };
+
+// The first-ply failure of a load case under one criterion: the smallest load
+// factor factor >= 0 at which factor * loads brings an assessed ply to an
+// index of 1.
+//  - factor = +inf, ply 0, Face::None, mode 0: it never happens (no assessed
+//    ply, zero loads, or every index stays below 1);
+//  - factor = 0: an index is 1 or more already as the factor tends to 0
+//    (possible for LaRC04 in thick plies), at the ply, face and mode given.
+// mode: 0 for Tsai-Wu; 0 matrix or 1 fibre for Hashin (as lamina1 numbers
+// them); 1..6 for LaRC04.
+struct PlyFailure {
+    double factor;
+    int ply;
+    Face face;
+    int mode;
+};
+
+class LaminateAnalysis {
+public:
+    enum Status {
+        Ok = 0,
+        NotPrepared,  // default-constructed
+        NoLayers,     // a material of no layers
+        Singular      // the laminate stiffness cannot be inverted
+    };
+
+    LaminateAnalysis();
+    // Prepares from lam at once; see status().
+    explicit LaminateAnalysis(lamina1& lam);
+
+    // Prepares from the material's current state.  The stiffness is built as
+    // the stress recovery builds it, which rewrites lam's per-call members
+    // (K, A, B, D, H, Q_st, Qstar) exactly as any recovery does.  A singular
+    // stiffness is detected without ending the process.
+    Status prepare(lamina1& lam);
+    Status status() const { return status_; }
+    // True when lam still holds the record data and layer stiffness this
+    // object was prepared from; false after a redefinition.
+    bool preparedFrom(lamina1 const& lam) const;
+
+    int layers() const { return static_cast<int>(plies_.size()); }
+    double thickness() const { return thickness_; }
+    double angle(int layer) const { return plies_[layer - 1].angle; }
+    double zLow(int layer) const { return plies_[layer - 1].frame.zTop; }
+    double zHigh(int layer) const { return plies_[layer - 1].frame.zBas; }
+
+    // The stiffness the recovery uses: A, B, D (3 x 3), H (2 x 2, of which K
+    // carries the diagonal only) and K (8 x 8), and K's inverse.
+    vantrel::Matriu const& A() const { return A_; }
+    vantrel::Matriu const& B() const { return B_; }
+    vantrel::Matriu const& D() const { return D_; }
+    vantrel::Matriu const& H() const { return H_; }
+    vantrel::Matriu const& K() const { return K_; }
+    vantrel::Matriu const& Kinv() const { return Kinv_; }
+
+    // The 8 generalized strains of a load case.
+    void strains(double const loads[8], double g[8]) const;
+    // Every layer under one load case.  out.plies is resized only when its
+    // size differs, so reusing out allocates nothing.
+    void evaluate(double const loads[8], Evaluation& out) const;
+    // First-ply failure under one criterion.
+    PlyFailure firstPlyFailure(double const loads[8], Criterion c) const;
+
+    struct Ply {
+        laminate_model::PlyData data;
+        laminate_model::LayerFrame frame;  // points into the arrays below
+        double Qbar[9], T[9], Qst[4];
+        double angle;  // degrees, as recorded
+    };
+    // Layer k at index k - 1.
+    std::vector<Ply> const& plies() const { return plies_; }
+
+    LaminateAnalysis(LaminateAnalysis const& other);
+    LaminateAnalysis& operator=(LaminateAnalysis const& other);
+
+private:
+    void relink();  // points every frame at its own ply's arrays
+    std::vector<double> fingerprint(lamina1 const& lam) const;
+
+    Status status_;
+    std::vector<Ply> plies_;
+    double thickness_;
+    vantrel::Matriu A_, B_, D_, H_, K_, Kinv_;
+    std::vector<double> source_;  // the material state prepared from
+};
+
+}  // namespace analysis
+
+#endif

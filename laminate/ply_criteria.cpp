@@ -1,0 +1,224 @@
+// The arithmetic below is kept in the order written (products, sums and the
+// grouping of each expression) so that results are reproducible to the last
+// digit: do not regroup or simplify.
+#include "laminate/laminate/ply_criteria.h"
+
+#include <cmath>
+
+#include "laminate/laminate/lamina1.h"
+
+namespace laminate_model {
+
+namespace {
+
+// Fracture plane at 53 degrees (converted with 0.0174532925 rad per degree);
+// the values are fixed, not recomputed, so that results are reproducible.
+const double kCosA0 = 0.6018150239962017;
+const double kSinA0 = 0.7986355094111777;
+const double kCos2A0 = -0.27563735378490245;
+const double kSin2A0 = 0.9612616965210132;
+const double kEtaT = 0.2867453834710005;         // -1 / tan(2 a0)
+const double kShearFactor = 0.6260678295767774;  // sin a0 + cos a0 / tan(2 a0)
+
+const double kThinPly = 0.0007;  // in the unit of the record's thicknesses
+const double kPi = 3.14159265;
+const double kSqrt2 = 1.4142135623730951;
+const double kThickYt = 1.5839191898578666;  // 1.12 sqrt(2)
+const double kThickG = 1.2544;               // 1.12^2
+const double kComplianceFloor = 1e-5;
+
+}  // namespace
+
+PlyData plyData(lamina1 const& lam, int layer)
+{
+    int const i = layer - 1;
+    PlyData p;
+    p.E1 = lam.E1.data[i];
+    p.E2 = lam.E2.data[i];
+    p.nu12 = lam.nu12.data[i];
+    p.G12 = lam.G12.data[i];
+    p.Xc = lam.strength1.data[i];
+    p.Yc = lam.strength2.data[i];
+    p.Xt = lam.strength3.data[i];
+    p.Yt = lam.strength4.data[i];
+    p.S12 = lam.strength5.data[i];
+    p.S23 = lam.strength6.data[i];
+    p.S13 = lam.strength7.data[i];
+    p.t = lam.layerThickness.data[i];
+    p.flag = lam.layerFlag.data[i];
+    return p;
+}
+
+bool notAssessed(PlyData const& p, double const mid[3], double const shear[2])
+{
+    return p.flag == 0 || (mid[0] == 0.0 && mid[1] == 0.0 && mid[2] == 0.0 && shear[0] == 0.0 &&
+                           shear[1] == 0.0);
+}
+
+TsaiWu::TsaiWu(PlyData const& p)
+{
+    F1 = 1.0 / p.Xt - 1.0 / p.Xc;
+    F2 = 1.0 / p.Yt - 1.0 / p.Yc;
+    F11 = 1.0 / (p.Xt * p.Xc);
+    F22 = 1.0 / (p.Yt * p.Yc);
+    F66 = 1.0 / (p.S12 * p.S12);
+    F12 = -0.5 * std::sqrt(F11 * F22);
+}
+
+double tsaiWuComplete(PlyData const& p, double const face[3], double ta, double tb)
+{
+    TsaiWu const f(p);
+    double const s1 = face[0], s2 = face[1], t12 = face[2];
+    double const qa = ta / p.S23;
+    double const qb = tb / p.S13;
+    return std::fabs(f.quadratic(s1, s2, t12) + f.linear(s1, s2) + qa * qa + qb * qb);
+}
+
+bool tsaiWuSimple(PlyData const& p, double const mid[3], double const top[3], double& A,
+                  double& B, double& R)
+{
+    // The guard looks at the top face, the factor at mid-thickness.
+    if (p.Xc == 0.0 || p.Yc == 0.0 || p.Xt == 0.0 || p.Yt == 0.0 || p.S12 == 0.0 ||
+        (top[0] == 0.0 && top[1] == 0.0 && top[2] == 0.0))
+        return false;
+    TsaiWu const f(p);
+    A = f.quadratic(mid[0], mid[1], mid[2]);
+    B = f.linear(mid[0], mid[1]);
+    // The discriminant's magnitude keeps the roots real.
+    double const D = std::fabs(B * B + 4.0 * A);
+    double const R1 = std::fabs((std::sqrt(D) - B) / (2.0 * A));
+    double const R2 = std::fabs((-B - std::sqrt(D)) / (2.0 * A));
+    R = R1 <= R2 ? R1 : R2;
+    return true;
+}
+
+double hashinMatrix(PlyData const& p, double s2, double t12, double ta, double tb)
+{
+    double const P = (t12 * t12 + tb * tb) / (p.S12 * p.S12);
+    double const qa = ta / p.S23;
+    double const Q = qa * qa;
+    if (s2 <= 0.0) {
+        double const r = s2 / (2.0 * p.S23);
+        double const c = p.Yc / (2.0 * p.S23);
+        return P + r * r + s2 * (c * c - 1.0) / p.Yc + Q;
+    }
+    double const r = s2 / p.Yt;
+    return P + r * r + Q;
+}
+
+double hashinFibre(PlyData const& p, double s1, double tBottom, double tb)
+{
+    if (s1 <= 0.0) return -s1 / p.Xc;  // linear in compression
+    double const r = s1 / p.Xt;
+    return r * r + (tBottom * tBottom + tb * tb) / (p.S12 * p.S12);
+}
+
+LaRC04::LaRC04(PlyData const& p, double ta, double tb) : p_(p), ta_(ta), tb_(tb)
+{
+    thin_ = p.t <= kThinPly;
+    Lambda_ = 2.0 * (1.0 / p.E2 - p.nu12 * p.nu12 / p.E1);
+    ST_ = p.Yc * kCosA0 * kShearFactor;
+    etaL_ = p.S12 * kEtaT / ST_;
+    if (thin_)
+        SLis_ = std::sqrt(8.0 * p.G12 * p.S13 / (kPi * p.t));
+    else
+        SLis_ = kSqrt2 * p.S12;
+}
+
+void LaRC04::face(double s1, double s2, double t12, double index[6])
+{
+    double const GIc = p_.S23, GIIc = p_.S13, t = p_.t;
+    double const Xc = p_.Xc, Yc = p_.Yc, Xt = p_.Xt, Yt = p_.Yt, S12 = p_.S12, G12 = p_.G12;
+    double const ta = ta_, tb = tb_;
+
+    // In-situ transverse values.  The thick-ply g and W use the face's own
+    // in-plane shear stress.
+    double YTis, g, W;
+    if (thin_) {
+        YTis = std::sqrt(8.0 * GIc / (kPi * t * Lambda_));
+        g = GIc / GIIc;
+        W = 8.0 * GIIc / (kPi * t);
+    } else {
+        YTis = kThickYt * Yt;
+        if (Lambda_ > kComplianceFloor) {
+            g = kThickG * Lambda_ * (Yt * Yt) / t12;
+        } else {
+            Lambda_ = 0.0;
+            g = 0.0;
+        }
+        W = 2.0 * t12;
+    }
+
+    // Fibre-kinking angle: only the root is divided, 1 stays outside.
+    double const a = S12 / Xc;
+    double const phiC = std::atan(1.0 - std::sqrt(std::fabs(1.0 - 4.0 * (etaL_ + a) * a)) /
+                                            (2.0 * (etaL_ + a)));
+    double const phi0 = phiC - Xc * phiC / G12;
+
+    // Kink-plane frame.
+    double const psi = 0.5 * std::atan(2.0 * ta / s2);
+    double const cpsi = std::cos(psi), spsi = std::sin(psi);
+    double const s2psi = s2 / 2.0 + (s2 / 2.0) * std::cos(2.0 * psi);
+    double const t12psi = cpsi * t12 + spsi * tb;
+    double const t13psi = cpsi * tb - spsi * t12;
+
+    // Misalignment angle, from the face's raw t12 and s2.
+    double const sign = t12 / std::fabs(t12);
+    double const phi = sign * (phi0 + (std::fabs(t12) + G12 * phi0) / (G12 + s1 - s2) - phi0);
+
+    // Misalignment frame.
+    double const c2phi = std::cos(2.0 * phi), s2phi = std::sin(2.0 * phi);
+    double const s2m =
+        (s1 + s2psi) - ((s1 - s2psi) / 2.0 * c2phi + (s1 + s2psi) / 2.0 + t12psi * s2phi);
+    double const t12m = -(s1 - s2psi) / 2.0 * s2phi + t12psi * c2phi;
+    double const t23m = -std::sin(phi) * t13psi;
+
+    // 1: matrix tension; t12 enters unsquared.
+    index[0] = 0.0;
+    if (s2 >= 0.0) {
+        double const r = s2 / YTis;
+        index[0] = (t12 + Lambda_ * (ta * ta)) / W + g * (r * r) + (1.0 - g) * s2 / YTis;
+    }
+    // 2: matrix compression.
+    index[1] = 0.0;
+    if (s2 < 0.0 && s1 >= -Yc) {
+        double const sn = s2 / 2.0 + (s2 / 2.0) * kCos2A0 + ta * kSin2A0;
+        double const tT = s2 / 2.0 - (s2 / 2.0) * kSin2A0 + ta * kCos2A0;
+        double const tL = kCosA0 * t12 + kSinA0 * tb;
+        index[1] = fracture(sn, tT, tL);
+    }
+    // 3: fibre tension, linear.
+    index[2] = s1 >= 0.0 ? s1 / Xt : 0.0;
+    // 4: fibre kinking.
+    index[3] = 0.0;
+    if (s1 < 0.0 && s2m < 0.0) {
+        double const r = t12m / (SLis_ - etaL_ * s2m);
+        index[3] = r * r;
+    }
+    // 5: matrix compression under high fibre compression.
+    index[4] = 0.0;
+    if (s2 < 0.0 && s1 < -Yc) {
+        double const d = s2 - s2psi;
+        double const e = s2m - d;
+        double const sn = (s2m + d) / 2.0 + (e / 2.0) * kCos2A0 + t23m * kSin2A0;
+        double const tT = t23m * kCos2A0 - (e / 2.0) * kSin2A0;
+        double const tL = kCosA0 * t12m + kSinA0 * std::cos(phi) * t13psi;
+        index[4] = fracture(sn, tT, tL);
+    }
+    // 6: matrix tension under fibre compression; t12 unsquared.
+    index[5] = 0.0;
+    if (s1 < 0.0 && s2m >= 0.0) {
+        double const r = s2m / YTis;
+        index[5] = (Lambda_ * (t23m * t23m) + t12) / W + g * (r * r) + (1.0 - g) * s2m / YTis;
+    }
+}
+
+// Fracture-plane index from the normal and the two shear tractions.
+double LaRC04::fracture(double sn, double tT, double tL) const
+{
+    double const rT = tT / (ST_ - kEtaT * sn);
+    double const rL = tL / (SLis_ - etaL_ * sn);
+    return rT * rT + rL * rL;
+}
+
+}  // namespace laminate_model
