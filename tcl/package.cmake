@@ -10,6 +10,16 @@ set(LAMINATE_TCL_PACKAGE Laminate)
 set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
 set(LAMINATE_TCL_DIRNAME ${LAMINATE_TCL_PACKAGE}${LAMINATE_TCL_VERSION})
 
+# Tcl's load takes one entry-point prefix per library file, so the companion
+# package loads the same library through a symbolic link of another name.
+# The dynamic loader maps a file once, whatever name it is opened by, so both
+# packages share one library and one material registry.
+set(LAMINATE_ANALYSIS_LINK liblaminate_analysis${LAMINATE_TCL_VERSION}.so)
+add_custom_command(TARGET laminate POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -E create_symlink $<TARGET_FILE_NAME:laminate>
+          $<TARGET_FILE_DIR:laminate>/${LAMINATE_ANALYSIS_LINK}
+  VERBATIM)
+
 set(_laminate_pkgindex
 "# Tcl package index for ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} and its companion
 # laminate::analysis ${LAMINATE_TCL_VERSION}, both in one library.  Laminate's entry point
@@ -21,7 +31,7 @@ package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
     [list load [file join $dir $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
-    [list load [file join $dir $<TARGET_FILE_NAME:laminate>] Laminate_analysis]
+    [list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
 ")
 
 file(GENERATE
@@ -42,6 +52,9 @@ set(LAMINATE_TCL_INSTALL_DIR lib/tcltk/${LAMINATE_TCL_DIRNAME}
 
 install(TARGETS laminate
   LIBRARY DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
+  COMPONENT tcl)
+install(CODE "file(CREATE_LINK $<TARGET_FILE_NAME:laminate>
+  \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${LAMINATE_TCL_INSTALL_DIR}/${LAMINATE_ANALYSIS_LINK}\" SYMBOLIC)"
   COMPONENT tcl)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}

@@ -19,4 +19,11 @@ if {abs([lindex $sigma 1] - 10) > 1e-9} {
     puts stderr "unexpected stresses {$sigma}"
     exit 1
 }
-puts "Laminate $version from $file"
+# The companion from the same folder, after Laminate: one library, one
+# registry, so it sees m.
+if {[catch {package require laminate::analysis 1.0} v] ||
+        [catch {laminate::fpf m {0 10 0 0 0 0 0 0} -criterion tsaiwu} fpf]} {
+    puts stderr "laminate::analysis: [expr {[info exists fpf] ? $fpf : $v}]"
+    exit 1
+}
+puts "Laminate $version and laminate::analysis $v from $file"
