@@ -212,7 +212,7 @@ proc parse_args {argv} {
 # and 6); those are shown as they are.
 proc num {width decimals value} {
     if {![::lamsvg::finite $value]} {
-        return [format %${width}s $value]
+        return [format %${width}s [::lamsvg::num $value]]
     }
     if {abs($value) >= 1e6} {
         return [format %${width}.${decimals}e $value]
@@ -264,7 +264,7 @@ proc print_report {opts evaluation} {
     }
     puts [format "  %d plies, total thickness %g %s; lay-up (layer 1 first): %s" $n \
         $thickness [expr {$length eq "" ? "(record length unit)" : $length}] \
-        [join [lmap p $plies {dict get $p angle}] /]]
+        [join [lmap p $plies {format %g [dict get $p angle]}] /]]
 
     puts ""
     puts "Ply stresses in ply axes (1 = fibre direction, 2 = across it)"
@@ -276,7 +276,7 @@ proc print_report {opts evaluation} {
         foreach face {top middle bottom} key {stresstop stresses stressbas} {
             set line [format "%4s %7s  %-6s" \
                 [expr {$face eq "top" ? $k : ""}] \
-                [expr {$face eq "top" ? [dict get $p angle] : ""}] $face]
+                [expr {$face eq "top" ? [format %g [dict get $p angle]] : ""}] $face]
             foreach value [dict get $p $key] {
                 append line " " [num 10 3 $value]
             }
@@ -312,7 +312,7 @@ proc print_report {opts evaluation} {
     foreach p $plies {
         incr k
         lassign [::lamreport::verdict $p] state reasons
-        set line [format "%4d %7s" $k [dict get $p angle]]
+        set line [format "%4d %7g" $k [dict get $p angle]]
         if {$state eq "not assessed"} {
             append line [format " %8s %9s" -- --] [string repeat [format " %8s" --] 8]
             puts "$line  not assessed"

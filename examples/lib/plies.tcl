@@ -6,7 +6,9 @@ namespace eval ::lamreport {}
 # The verdict on one ply dict of laminate::evaluate: {state reasons} with
 # state "not assessed" (failure flag 0), "FAILED" (some index at 1 or more,
 # or a simple Tsai-Wu factor from 0 up to below 1) or "ok"; reasons names
-# the results that failed.  NaN and infinite indices count as reached.
+# the results that failed.  An infinite index counts as reached; a NaN one
+# (0/0 in LaRC04 modes 1 and 6 of a thick ply without shear) gives no
+# answer and is passed over.
 proc ::lamreport::verdict {ply} {
     if {![dict get $ply flag]} {
         return [list "not assessed" {}]
@@ -18,7 +20,7 @@ proc ::lamreport::verdict {ply} {
     }
     foreach {label key} $checks {
         set v [dict get $ply $key]
-        if {[string match -nocase *nan* $v] || $v >= 1} {
+        if {![string match -nocase *nan* $v] && $v >= 1} {
             lappend reasons $label
         }
     }
