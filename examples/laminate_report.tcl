@@ -413,6 +413,7 @@ proc run_cases {opts} {
     set path [dict get $opts cases]
     if {$path eq "-"} {
         set table [::lamcases::read stdin]
+        set path "standard input"
     } else {
         if {[catch {open $path r} chan]} {
             return -code error -errorcode {REPORT CASES} \
@@ -421,6 +422,8 @@ proc run_cases {opts} {
         fconfigure $chan -encoding utf-8
         try {
             set table [::lamcases::read $chan]
+        } trap {REPORT CASES} message {
+            return -code error -errorcode {REPORT CASES} "$path: $message"
         } finally {
             close $chan
         }
