@@ -132,27 +132,37 @@ void hashin(PlyData const& p, LayerState const& st, int ply, Best& best)
     }
 }
 
-// The LaRC04 state of one assessed ply under the unscaled load case.
+// The LaRC04 state of one assessed ply under the unscaled load case, with
+// what does not change with the load level: the ply's constants and each
+// face's kink-plane frame.
 struct LarcPly {
     PlyData const* p;
     LayerState const* st;
     int ply;
+    laminate_model::LaRC04 larc;
+    laminate_model::LaRC04::Kink kinkBas, kinkTop;
+
+    LarcPly(PlyData const& data, LayerState const& state, int layer)
+        : p(&data), st(&state), ply(layer),
+          larc(data, state.shearStressesLam[0], state.shearStressesLam[1]),
+          kinkBas(larc.kink(state.stressesBasLam[1])), kinkTop(larc.kink(state.stressesTopLam[1]))
+    {
+    }
 };
 
 // Largest LaRC04 index over the plies, faces and modes at factor f; NaN
 // indices do not count.  Where the largest is reached goes to *where.
-double larcWorst(std::vector<LarcPly> const& plies, double f, PlyFailure* where)
+double larcWorst(std::vector<LarcPly>& plies, double f, PlyFailure* where)
 {
     double worst = -kInf;
-    for (LarcPly const& lp : plies) {
+    for (LarcPly& lp : plies) {
         LayerState const& st = *lp.st;
-        laminate_model::LaRC04 larc(*lp.p, f * st.shearStressesLam[0],
-                                    f * st.shearStressesLam[1]);
+        lp.larc.restart(f * st.shearStressesLam[0], f * st.shearStressesLam[1]);
         double bas[3], top[3], ib[6], it[6];
         scaled(st.stressesBasLam, f, bas);
         scaled(st.stressesTopLam, f, top);
-        larc.face(bas[0], bas[1], bas[2], ib);
-        larc.face(top[0], top[1], top[2], it);
+        lp.larc.face(bas[0], bas[1], bas[2], lp.kinkBas, ib);
+        lp.larc.face(top[0], top[1], top[2], lp.kinkTop, it);
         for (int m = 0; m < 6; m++) {
             if (ib[m] > worst) {
                 worst = ib[m];
@@ -187,7 +197,7 @@ double referenceFactor(std::vector<LarcPly> const& plies)
     return std::isfinite(ratio) ? 1.0 / ratio : 1.0;
 }
 
-PlyFailure larc04(std::vector<LarcPly> const& plies)
+PlyFailure larc04(std::vector<LarcPly>& plies)
 {
     PlyFailure const never{kInf, 0, Face::None, 0};
     double const ref = referenceFactor(plies);
@@ -233,17 +243,17 @@ PlyFailure LaminateAnalysis::firstPlyFailure(double const loads[8], Criterion c)
         std::vector<LayerState> states(plies_.size());
         std::vector<LarcPly> assessed;
         for (size_t i = 0; i < plies_.size(); i++) {
-            laminate_model::recoverLayer(g, plies_[i].frame, states[i]);
+            laminate_model::recoverLayer(g, plies_[i].frame(), states[i]);
             if (!laminate_model::notAssessed(plies_[i].data, states[i].stressesLam,
                                              states[i].shearStressesLam))
-                assessed.push_back(LarcPly{&plies_[i].data, &states[i], static_cast<int>(i) + 1});
+                assessed.emplace_back(plies_[i].data, states[i], static_cast<int>(i) + 1);
         }
         return larc04(assessed);
     }
     LayerState st;
     for (size_t i = 0; i < plies_.size(); i++) {
         Ply const& ply = plies_[i];
-        laminate_model::recoverLayer(g, ply.frame, st);
+        laminate_model::recoverLayer(g, ply.frame(), st);
         if (laminate_model::notAssessed(ply.data, st.stressesLam, st.shearStressesLam)) continue;
         int const layer = static_cast<int>(i) + 1;
         if (c == Criterion::TsaiWu)

@@ -14,41 +14,6 @@ LaminateAnalysis::LaminateAnalysis(lamina1& lam) : LaminateAnalysis()
     prepare(lam);
 }
 
-LaminateAnalysis::LaminateAnalysis(LaminateAnalysis const& other)
-    : status_(other.status_), plies_(other.plies_), thickness_(other.thickness_), A_(other.A_),
-      B_(other.B_), D_(other.D_), H_(other.H_), K_(other.K_), Kinv_(other.Kinv_),
-      source_(other.source_)
-{
-    relink();
-}
-
-LaminateAnalysis& LaminateAnalysis::operator=(LaminateAnalysis const& other)
-{
-    if (this != &other) {
-        status_ = other.status_;
-        plies_ = other.plies_;
-        thickness_ = other.thickness_;
-        A_ = other.A_;
-        B_ = other.B_;
-        D_ = other.D_;
-        H_ = other.H_;
-        K_ = other.K_;
-        Kinv_ = other.Kinv_;
-        source_ = other.source_;
-        relink();
-    }
-    return *this;
-}
-
-void LaminateAnalysis::relink()
-{
-    for (Ply& p : plies_) {
-        p.frame.Qbar = p.Qbar;
-        p.frame.T = p.T;
-        p.frame.Qst = p.Qst;
-    }
-}
-
 // The record data and layer stiffness a recovery reads, as one list of
 // numbers compared bit for bit.
 std::vector<double> LaminateAnalysis::fingerprint(lamina1 const& lam) const
@@ -109,11 +74,9 @@ LaminateAnalysis::Status LaminateAnalysis::prepare(lamina1& lam)
         std::memcpy(p.T, lam.Tmat[k - 1].data, sizeof p.T);
         lam.calcQ_st(k);
         std::memcpy(p.Qst, lam.Q_st.data, sizeof p.Qst);
-        double c, s;
-        lam.recoveryCosSin(k, c, s);
-        double const zTop = lam.zInterface[k - 1];
-        p.frame = laminate_model::LayerFrame{p.Qbar, p.T, p.Qst, c, s, zTop,
-                                             zTop + lam.layerThickness[k - 1]};
+        lam.recoveryCosSin(k, p.c, p.s);
+        p.zTop = lam.zInterface[k - 1];
+        p.zBas = p.zTop + lam.layerThickness[k - 1];
     }
     return status_ = Ok;
 }
@@ -173,7 +136,7 @@ void LaminateAnalysis::evaluate(double const loads[8], Evaluation& out) const
     strains(loads, out.strains);
     if (out.plies.size() != plies_.size()) out.plies.resize(plies_.size());
     for (size_t i = 0; i < plies_.size(); i++) {
-        laminate_model::recoverLayer(out.strains, plies_[i].frame, out.plies[i].state);
+        laminate_model::recoverLayer(out.strains, plies_[i].frame(), out.plies[i].state);
         ratePly(plies_[i].data, out.plies[i]);
     }
 }

@@ -95,8 +95,8 @@ public:
     int layers() const { return static_cast<int>(plies_.size()); }
     double thickness() const { return thickness_; }
     double angle(int layer) const { return plies_[layer - 1].angle; }
-    double zLow(int layer) const { return plies_[layer - 1].frame.zTop; }
-    double zHigh(int layer) const { return plies_[layer - 1].frame.zBas; }
+    double zLow(int layer) const { return plies_[layer - 1].zTop; }
+    double zHigh(int layer) const { return plies_[layer - 1].zBas; }
 
     // The stiffness the recovery uses: A, B, D (3 x 3), H (2 x 2, of which K
     // carries the diagonal only) and K (8 x 8), and K's inverse.
@@ -117,18 +117,20 @@ public:
 
     struct Ply {
         laminate_model::PlyData data;
-        laminate_model::LayerFrame frame;  // points into the arrays below
         double Qbar[9], T[9], Qst[4];
-        double angle;  // degrees, as recorded
+        double c, s;        // the angle's cosine and sine as the recovery uses them
+        double zTop, zBas;  // z of the top (lower) and bottom (upper) faces
+        double angle;       // degrees, as recorded
+
+        laminate_model::LayerFrame frame() const
+        {
+            return laminate_model::LayerFrame{Qbar, T, Qst, c, s, zTop, zBas};
+        }
     };
     // Layer k at index k - 1.
     std::vector<Ply> const& plies() const { return plies_; }
 
-    LaminateAnalysis(LaminateAnalysis const& other);
-    LaminateAnalysis& operator=(LaminateAnalysis const& other);
-
 private:
-    void relink();  // points every frame at its own ply's arrays
     std::vector<double> fingerprint(lamina1 const& lam) const;
 
     Status status_;

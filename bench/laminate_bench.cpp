@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "laminate/analysis/laminate_analysis.h"
 #include "laminate/laminate/lamina1.h"
 #include "laminate/linalg/matriu.h"
 #include "laminate/linalg/reavecv.h"
@@ -91,6 +92,81 @@ void BM_FasTWcomplete(benchmark::State& state)
     state.SetComplexityN(n);
 }
 BENCHMARK(BM_FasTWcomplete)->Arg(1)->Arg(4)->Arg(16)->Arg(64)->Complexity(benchmark::oNSquared);
+
+// Rating a laminate under one load case, every layer and every result type:
+// the 30 per-layer operations of the results command, each recovering the
+// laminate afresh, against one evaluation of a prepared analysis.
+double allResultTypes(lamina1& lam, int k, vantrel::ReaVecV& L, vantrel::ReaVecV& out)
+{
+    double sum = lam.FasTWcompleteLayer(k, L) + lam.FasTWLayer(k, L);
+    lam.GiveStresses(k, L, out, 0);
+    lam.GiveStrains(k, L, out, 0);
+    lam.GiveStressTop(k, L, out);
+    lam.GiveStressBas(k, L, out);
+    lam.GiveStresses(k, L, out, 1);
+    lam.GiveStrains(k, L, out, 1);
+    for (int m = 1; m <= 6; m++) sum += lam.FasLaRC04_layer(k, L, m);
+    sum += lam.GiveStresses1_layer(k, L) + lam.GiveStresses2_layer(k, L) + lam.GiveStresses3_layer(k, L);
+    sum += lam.GiveStrains1_layer(k, L) + lam.GiveStrains2_layer(k, L) + lam.GiveStrains3_layer(k, L);
+    sum += lam.GiveStressest1_layer(k, L) + lam.GiveStressest2_layer(k, L) + lam.GiveStressest3_layer(k, L);
+    sum += lam.GiveStressesb1_layer(k, L) + lam.GiveStressesb2_layer(k, L) + lam.GiveStressesb3_layer(k, L);
+    sum += lam.GiveShearStresses1_layer(k, L) + lam.GiveShearStresses2_layer(k, L);
+    sum += lam.GiveShearStrains1_layer(k, L) + lam.GiveShearStrains2_layer(k, L);
+    return sum + out[0];
+}
+
+void BM_RateLaminatePerCall(benchmark::State& state)
+{
+    const int n = static_cast<int>(state.range(0));
+    Model m(n);
+    vantrel::ReaVecV out(3);
+    for (auto _ : state) {
+        double sum = 0.0;
+        for (int k = 1; k <= n; k++) sum += allResultTypes(m.lam, k, m.loads, out);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_RateLaminatePerCall)->Arg(8);
+
+void BM_RateLaminate(benchmark::State& state)
+{
+    const int n = static_cast<int>(state.range(0));
+    Model m(n);
+    analysis::LaminateAnalysis an(m.lam);
+    analysis::Evaluation ev;
+    for (auto _ : state) {
+        an.evaluate(m.loads.data, ev);
+        benchmark::DoNotOptimize(ev.plies[n - 1].tsaiWu);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_RateLaminate)->Arg(8);
+
+template <analysis::Criterion C>
+void BM_FirstPlyFailure(benchmark::State& state)
+{
+    const int n = static_cast<int>(state.range(0));
+    Model m(n);
+    analysis::LaminateAnalysis an(m.lam);
+    for (auto _ : state) benchmark::DoNotOptimize(an.firstPlyFailure(m.loads.data, C).factor);
+    state.SetItemsProcessed(state.iterations());
+}
+void BM_FirstPlyFailureTsaiWu(benchmark::State& state)
+{
+    BM_FirstPlyFailure<analysis::Criterion::TsaiWu>(state);
+}
+void BM_FirstPlyFailureHashin(benchmark::State& state)
+{
+    BM_FirstPlyFailure<analysis::Criterion::Hashin>(state);
+}
+void BM_FirstPlyFailureLaRC04(benchmark::State& state)
+{
+    BM_FirstPlyFailure<analysis::Criterion::LaRC04>(state);
+}
+BENCHMARK(BM_FirstPlyFailureTsaiWu)->Arg(8);
+BENCHMARK(BM_FirstPlyFailureHashin)->Arg(8);
+BENCHMARK(BM_FirstPlyFailureLaRC04)->Arg(8);
 
 }  // namespace
 

@@ -43,6 +43,48 @@ foreach type {FS_TW FS_TW_simple FS_LaRCm2 stresses stress1_lam shearStress23_la
     puts [format "%-22s %10.4f %8.2f" $type $t [expr {$t / $baseline}]]
 }
 
+# Whole-laminate rating: the 240 calls of laminate_results that rate every
+# ply of the 8-ply laminate by every result type under one load case, against
+# laminate::batch over 10,000 load cases (first-ply failure, no per-ply
+# results), per criterion and for all three at once.
+package require laminate::analysis 1.0
+set types {FS_TW stresses strains stresstop stressbas s_stresses s_strains
+    FS_LaRCm1 FS_LaRCm2 FS_LaRCm3 FS_LaRCm4 FS_LaRCm5 FS_LaRCm6
+    stress1_lam stress2_lam stress3_lam strain1_lam strain2_lam strain3_lam
+    stress1_t_lam stress2_t_lam stress3_t_lam stress1_b_lam stress2_b_lam
+    stress3_b_lam shearStress23_lam shearStress13_lam shearStrain23_lam
+    shearStrain13_lam FS_TW_simple}
+proc rate_by_calls {} {
+    foreach layer {1 2 3 4 5 6 7 8} {
+        foreach type $::types { laminate_results $type bench8 $layer $::loads }
+    }
+}
+set percase [per_call 20 3 rate_by_calls]
+expr {srand(12)}
+set cases {}
+for {set i 0} {$i < 10000} {incr i} {
+    lappend cases [lmap v $loads {expr {$v * (0.5 + rand())}}]
+}
+puts ""
+puts [format "%-36s %12s %14s" "rating one load case, 8 plies" "us/case" "cases/s"]
+puts [format "%-36s %12.1f %14.0f" "240 laminate_results calls" $percase [expr {1e6 / $percase}]]
+set evaluate [per_call 200 3 laminate::evaluate bench8 $loads]
+puts [format "%-36s %12.1f %14.0f" "laminate::evaluate (all, + fpf)" $evaluate [expr {1e6 / $evaluate}]]
+# Cases as a script computes them (numbers), and as it reads them from a
+# file (text: Tcl's own list and number parsing then dominates).
+set text [string range $cases 0 end]
+foreach {criterion form} {tsaiwu numbers hashin numbers larc04 numbers all numbers tsaiwu text} {
+    set opts [expr {$criterion eq "all" ? {} : [list -criterion $criterion]}]
+    set best Inf
+    for {set r 0} {$r < 3} {incr r} {
+        set input [expr {$form eq "text" ? [string range $text 0 end] : $cases}]
+        set t0 [clock microseconds]
+        laminate::batch bench8 $input {*}$opts
+        set best [expr {min($best, double([clock microseconds] - $t0) / 10000)}]
+    }
+    puts [format "%-36s %12.2f %14.0f" "laminate::batch, $criterion, $form" $best [expr {1e6 / $best}]]
+}
+
 if {[llength $argv] == 0} { exit 0 }
 
 # Google Benchmark CSV: name,iterations,real_time,cpu_time,time_unit,...

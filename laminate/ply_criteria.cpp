@@ -116,20 +116,33 @@ double hashinFibre(PlyData const& p, double s1, double tBottom, double tb)
 LaRC04::LaRC04(PlyData const& p, double ta, double tb) : p_(p), ta_(ta), tb_(tb)
 {
     thin_ = p.t <= kThinPly;
-    Lambda_ = 2.0 * (1.0 / p.E2 - p.nu12 * p.nu12 / p.E1);
+    Lambda_ = Lambda0_ = 2.0 * (1.0 / p.E2 - p.nu12 * p.nu12 / p.E1);
     ST_ = p.Yc * kCosA0 * kShearFactor;
     etaL_ = p.S12 * kEtaT / ST_;
     if (thin_)
         SLis_ = std::sqrt(8.0 * p.G12 * p.S13 / (kPi * p.t));
     else
         SLis_ = kSqrt2 * p.S12;
+
+    // Fibre-kinking angle: only the root is divided, 1 stays outside.
+    double const a = p.S12 / p.Xc;
+    phiC_ = std::atan(1.0 - std::sqrt(std::fabs(1.0 - 4.0 * (etaL_ + a) * a)) /
+                                (2.0 * (etaL_ + a)));
+    phi0_ = phiC_ - p.Xc * phiC_ / p.G12;
 }
 
-void LaRC04::face(double s1, double s2, double t12, double index[6])
+LaRC04::Kink LaRC04::kink(double s2) const
+{
+    double const psi = 0.5 * std::atan(2.0 * ta_ / s2);
+    return Kink{std::cos(psi), std::sin(psi), std::cos(2.0 * psi)};
+}
+
+void LaRC04::face(double s1, double s2, double t12, Kink const& k, double index[6])
 {
     double const GIc = p_.S23, GIIc = p_.S13, t = p_.t;
-    double const Xc = p_.Xc, Yc = p_.Yc, Xt = p_.Xt, Yt = p_.Yt, S12 = p_.S12, G12 = p_.G12;
+    double const Xt = p_.Xt, Yc = p_.Yc, Yt = p_.Yt, G12 = p_.G12;
     double const ta = ta_, tb = tb_;
+    double const phi0 = phi0_;
 
     // In-situ transverse values.  The thick-ply g and W use the face's own
     // in-plane shear stress.
@@ -149,16 +162,9 @@ void LaRC04::face(double s1, double s2, double t12, double index[6])
         W = 2.0 * t12;
     }
 
-    // Fibre-kinking angle: only the root is divided, 1 stays outside.
-    double const a = S12 / Xc;
-    double const phiC = std::atan(1.0 - std::sqrt(std::fabs(1.0 - 4.0 * (etaL_ + a) * a)) /
-                                            (2.0 * (etaL_ + a)));
-    double const phi0 = phiC - Xc * phiC / G12;
-
     // Kink-plane frame.
-    double const psi = 0.5 * std::atan(2.0 * ta / s2);
-    double const cpsi = std::cos(psi), spsi = std::sin(psi);
-    double const s2psi = s2 / 2.0 + (s2 / 2.0) * std::cos(2.0 * psi);
+    double const cpsi = k.cpsi, spsi = k.spsi;
+    double const s2psi = s2 / 2.0 + (s2 / 2.0) * k.c2psi;
     double const t12psi = cpsi * t12 + spsi * tb;
     double const t13psi = cpsi * tb - spsi * t12;
 

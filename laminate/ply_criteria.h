@@ -67,9 +67,31 @@ double hashinFibre(PlyData const& p, double s1, double tBottom, double tb);
 class LaRC04 {
 public:
     LaRC04(PlyData const& p, double ta, double tb);
+
+    // The kink-plane frame of a face with transverse stress s2.  It depends on
+    // the ratio of ta to s2 only, so it serves every load level of a face
+    // whose stresses all scale together.
+    struct Kink {
+        double cpsi, spsi, c2psi;  // cos psi, sin psi, cos 2 psi
+    };
+    Kink kink(double s2) const;
+
     // The indices of modes 1..6 at a face into index[0..5]; 0 where a mode's
     // condition does not hold.
-    void face(double s1, double s2, double t12, double index[6]);
+    void face(double s1, double s2, double t12, double index[6])
+    {
+        face(s1, s2, t12, kink(s2), index);
+    }
+    void face(double s1, double s2, double t12, Kink const& k, double index[6]);
+
+    // For the same ply at another load level: the transverse shear stresses
+    // at that level, and the compliance term as the constructor set it.
+    void restart(double ta, double tb)
+    {
+        ta_ = ta;
+        tb_ = tb;
+        Lambda_ = Lambda0_;
+    }
 
 private:
     double fracture(double sn, double tT, double tL) const;
@@ -77,7 +99,8 @@ private:
     PlyData p_;
     double ta_, tb_;
     bool thin_;
-    double Lambda_, ST_, etaL_, SLis_;
+    double Lambda0_, Lambda_, ST_, etaL_, SLis_;
+    double phiC_, phi0_;  // fibre-kinking and initial misalignment angles
 };
 
 }  // namespace laminate_model

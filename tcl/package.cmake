@@ -61,7 +61,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   COMPONENT tcl)
 
 # The command reference and the example travel with the package.
-install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md
+install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md ${PROJECT_SOURCE_DIR}/doc/analysis.md
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/doc
   COMPONENT tcl)
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl
