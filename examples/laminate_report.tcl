@@ -194,6 +194,9 @@ proc parse_args {argv} {
     if {[llength $bare]} {
         dict set opts loads $bare
     }
+    if {$recordPath eq "-" && [dict get $opts cases] eq "-"} {
+        usage "-record - and -cases - cannot both read standard input"
+    }
     if {$recordPath ne ""} {
         dict set opts record [read_record $recordPath]
         dict set opts source $recordPath
@@ -412,19 +415,19 @@ proc run_cases {opts} {
     source [file join $::libDir cases.tcl]
     set path [dict get $opts cases]
     if {$path eq "-"} {
-        set table [::lamcases::read stdin]
+        set chan stdin
         set path "standard input"
-    } else {
-        if {[catch {open $path r} chan]} {
-            return -code error -errorcode {REPORT CASES} \
-                "cannot read load-case file \"$path\""
-        }
-        fconfigure $chan -encoding utf-8
-        try {
-            set table [::lamcases::read $chan]
-        } trap {REPORT CASES} message {
-            return -code error -errorcode {REPORT CASES} "$path: $message"
-        } finally {
+    } elseif {[catch {open $path r} chan]} {
+        return -code error -errorcode {REPORT CASES} \
+            "cannot read load-case file \"$path\""
+    }
+    fconfigure $chan -encoding utf-8
+    try {
+        set table [::lamcases::read $chan]
+    } trap {REPORT CASES} message {
+        return -code error -errorcode {REPORT CASES} "$path: $message"
+    } finally {
+        if {$chan ne "stdin"} {
             close $chan
         }
     }
@@ -465,7 +468,8 @@ proc run_cases {opts} {
         set report stdout
     }
     set rated [expr {[llength $results] - [llength $bad]}]
-    set line "[llength $results] load cases from $path: $rated rated"
+    set line "[llength $results] load case[expr {[llength $results] == 1 ? "" : "s"}]\
+        from $path: $rated rated"
     if {[llength $bad]} {
         append line ", [llength $bad] malformed (skipped)"
     }

@@ -213,18 +213,20 @@ proc ::lamsvg::legend {x y step entries} {
 # description (for screen readers and file browsers), a style sheet and the
 # body.  class names a picture kind for readers.
 proc ::lamsvg::document {kind width height title description body} {
+    # Every rule starts with "svg ": inline in an HTML page, the style sheet
+    # applies to the whole page, and must not touch its tables.
     set style {
-text { font-family: "DejaVu Sans", Arial, Helvetica, sans-serif; font-size: 13px; fill: #222; }
-.title { font-size: 16px; font-weight: bold; }
-.subtitle, .note { font-size: 12px; fill: #555; }
-.tick { font-size: 11px; fill: #444; }
-.axis-title { font-size: 13px; }
-.grid { stroke: #e3e3e3; stroke-width: 1; }
-.frame { fill: none; stroke: #888; stroke-width: 1; }
-.zero { stroke: #888; stroke-width: 1; }
-.boundary { stroke: #999; stroke-width: 1; stroke-dasharray: 4 3; }
-.ply-label { font-size: 11px; fill: #333; }
-.failed { fill: #b00020; font-weight: bold; }
+svg text { font-family: "DejaVu Sans", Arial, Helvetica, sans-serif; font-size: 13px; fill: #222; }
+svg .title { font-size: 16px; font-weight: bold; }
+svg .subtitle, svg .note { font-size: 12px; fill: #555; }
+svg .tick { font-size: 11px; fill: #444; }
+svg .axis-title { font-size: 13px; }
+svg .grid { stroke: #e3e3e3; stroke-width: 1; }
+svg .frame { fill: none; stroke: #888; stroke-width: 1; }
+svg .zero { stroke: #888; stroke-width: 1; }
+svg .boundary { stroke: #999; stroke-width: 1; stroke-dasharray: 4 3; }
+svg .ply-label { font-size: 11px; fill: #333; }
+svg .failed { fill: #b00020; font-weight: bold; }
 }
     set out "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     append out [format {<svg xmlns="http://www.w3.org/2000/svg" class="%s" width="%d" height="%d" viewBox="0 0 %d %d">} \
