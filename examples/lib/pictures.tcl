@@ -157,17 +157,21 @@ proc ::lamsvg::profile {evaluation args} {
         [join $body \n]
 }
 
-# The value a criterion gives a ply in the ratings: the Tsai-Wu value, the
-# larger Hashin index, the largest LaRC04 mode.  NaN indices (0/0 in a
-# criterion) are passed over unless nothing else is left.
-proc ::lamsvg::rating {ply criterion} {
+# The indices a criterion gives a ply: the Tsai-Wu value, the two Hashin
+# indices, the six LaRC04 modes.
+proc ::lamsvg::ratingValues {ply criterion} {
     switch -- $criterion {
-        tsaiwu {set values [list [dict get $ply FS_TW]]}
-        hashin {set values [list [dict get $ply hashin_fibre] [dict get $ply hashin_matrix]]}
-        larc04 {set values [lmap m {1 2 3 4 5 6} {dict get $ply FS_LaRCm$m}]}
+        tsaiwu {list [dict get $ply FS_TW]}
+        hashin {list [dict get $ply hashin_fibre] [dict get $ply hashin_matrix]}
+        larc04 {lmap m {1 2 3 4 5 6} {dict get $ply FS_LaRCm$m}}
     }
+}
+
+# The value a criterion's bar shows: the largest of its indices.  NaN
+# indices (0/0 in a criterion) are passed over unless nothing else is left.
+proc ::lamsvg::rating {ply criterion} {
     set best NaN
-    foreach v $values {
+    foreach v [ratingValues $ply $criterion] {
         if {[string match -nocase *nan* $v]} continue
         if {[string match -nocase *nan* $best] || $v > $best} {
             set best $v
@@ -230,6 +234,7 @@ proc ::lamsvg::ratings {evaluation args} {
             dict lappend critical [dict get $f ply] $c
         }
     }
+    set passedNaN 0
     set k 0
     foreach ply $plies {
         incr k
@@ -253,6 +258,14 @@ proc ::lamsvg::ratings {evaluation args} {
             if {![finite $v] || $v > $last} {
                 lappend body [el text [list class tick x [px [expr {$x + $bar / 2}]] \
                     y [px [expr {$top - 4}]] text-anchor middle] [human $v 3]]
+            } elseif {[lsearch -nocase -glob [ratingValues $ply $c] *nan*] >= 0} {
+                # Above the first-ply mark when there is one.
+                set passedNaN 1
+                set lift [expr {[dict exists $critical $k] && $c in [dict get $critical $k]
+                    ? 16 : 4}]
+                lappend body [el text [list class tick data-nan $c data-ply $k \
+                    x [px [expr {$x + $bar / 2}]] y [px [expr {$y - $lift}]] \
+                    text-anchor middle] *]
             }
             if {[dict exists $critical $k] && $c in [dict get $critical $k]} {
                 lappend body [el text [list class failed data-critical $c data-ply $k \
@@ -282,6 +295,13 @@ proc ::lamsvg::ratings {evaluation args} {
         lappend body [el text [list class note x 20 y [px $y] data-criterion $c] \
             "[dict get $criterionTitle $c]: [fpfSentence $f]"]
         set y [expr {$y + 16}]
+    }
+    if {$passedNaN} {
+        lappend body [el text [list class note x 20 y [px $y]] "* an index of the\
+            criterion is NaN there (0/0, as in LaRC04 modes 1 and 6 of a thick ply"]
+        lappend body [el text [list class note x 20 y [px [expr {$y + 16}]]] "\
+            \u00a0 without in-plane shear); the bar shows the largest of the others."]
+        set y [expr {$y + 32}]
     }
     document ratings 800 [expr {int($y) + 4}] [dict get $opts -title] \
         "Failure indices of every ply by Tsai-Wu, Hashin and LaRC04" [join $body \n]
