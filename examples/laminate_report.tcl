@@ -223,18 +223,23 @@ proc num {width decimals value} {
     return [format %${width}.${decimals}f $value]
 }
 
-# Writes text to path through a temporary file beside it, so that a failed
-# run never leaves a half-written file.
-proc write_file {path text} {
+# Calls command with a channel open for writing and puts what it wrote at
+# path: through a temporary file beside it, so that a failed run never
+# leaves a half-written file.
+proc write_through {path command} {
     set tmp $path.tmp[pid]
     set chan [open $tmp w]
     fconfigure $chan -encoding utf-8
-    if {[catch {puts -nonewline $chan $text; close $chan} message options]} {
+    if {[catch {{*}$command $chan; close $chan} message options]} {
         catch {close $chan}
         file delete $tmp
         return -options $options $message
     }
     file rename -force $tmp $path
+}
+
+proc write_file {path text} {
+    write_through $path [list apply {{text chan} {puts -nonewline $chan $text}} $text]
 }
 
 # A load factor for the text outputs: 4 significant digits, or Inf.
@@ -391,22 +396,22 @@ proc pictures {opts evaluation} {
                 -subtitle [dict get $opts source]]]
 }
 
-proc write_pictures {opts evaluation} {
+proc write_pictures {opts pictures} {
     set dir [dict get $opts svg]
     file mkdir $dir
-    foreach picture [pictures $opts $evaluation] {
+    foreach picture $pictures {
         lassign $picture name caption svg
         write_file [file join $dir $name] $svg
     }
 }
 
-proc write_html {opts evaluation} {
+proc write_html {opts evaluation pictures} {
     set units [::lamsvg::units {*}[dict get $opts units]]
     set info [dict create title "Laminate report: [dict get $opts source]" \
         source [dict get $opts source] unitsText [units_text [dict get $opts units]] \
         units $units loads [dict get $opts loads] evaluation $evaluation \
         abd [laminate::abd report] \
-        pictures [lmap p [pictures $opts $evaluation] {lrange $p 1 2}]]
+        pictures [lmap p $pictures {lrange $p 1 2}]]
     write_file [dict get $opts html] [::lamhtml::page $info]
 }
 
@@ -452,19 +457,10 @@ proc run_cases {opts} {
     set results [::lamcases::run report [dict get $table rows] $progress]
     set out [dict get $opts out]
     if {$out eq "-"} {
-        ::lamcases::write stdout $table $results
+        ::lamcases::write $table $results stdout
         set report stderr
     } else {
-        set chan [file tempfile tmp $out.tmp]
-        try {
-            ::lamcases::write $chan $table $results
-        } on error {message options} {
-            close $chan
-            file delete $tmp
-            return -options $options $message
-        }
-        close $chan
-        file rename -force $tmp $out
+        write_through $out [list ::lamcases::write $table $results]
         set report stdout
     }
     set rated [expr {[llength $results] - [llength $bad]}]
@@ -522,11 +518,15 @@ proc report {opts} {
     if {[dict get $opts cases] eq ""} {
         print_report $opts $evaluation
     }
+    if {[dict get $opts svg] eq "" && [dict get $opts html] eq ""} {
+        return
+    }
+    set pictures [pictures $opts $evaluation]
     if {[dict get $opts svg] ne ""} {
-        write_pictures $opts $evaluation
+        write_pictures $opts $pictures
     }
     if {[dict get $opts html] ne ""} {
-        write_html $opts $evaluation
+        write_html $opts $evaluation $pictures
     }
 }
 

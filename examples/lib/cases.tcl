@@ -163,9 +163,10 @@ proc ::lamcases::header {hasId} {
     lappend columns error
 }
 
-# Writes the results table to chan.  A malformed row keeps its line (and
-# id) with empty results and its error.
-proc ::lamcases::write {chan table results} {
+# Writes the results table to chan (last, so that a caller can hand it a
+# channel).  A malformed row keeps its line (and id) with empty results and
+# its error.
+proc ::lamcases::write {table results chan} {
     variable criteria
     set hasId [dict get $table hasId]
     puts $chan [csv::join [header $hasId]]
