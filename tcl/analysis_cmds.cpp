@@ -326,6 +326,23 @@ Tcl_Obj* failures(LaminateAnalysis const& an, double const loads[8], int first, 
     return d;
 }
 
+// The common start of the commands of the form "NAME ARG ?-criterion C?":
+// the word count, the option, then the material; null with an error in
+// interp when one of them is wrong.
+LaminateAnalysis const* criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
+                                         const char* usage, int& first, int& last)
+{
+    if (objc != 3 && objc != 5) {
+        Tcl_WrongNumArgs(interp, 1, objv, usage);
+        return nullptr;
+    }
+    Tcl_Obj* opts[3] = {nullptr, nullptr, nullptr};
+    if (readOptions(interp, objc, objv, 3, kCriterionOption, opts) != TCL_OK ||
+        readCriteria(interp, opts[OPT_CRITERION], first, last) != TCL_OK)
+        return nullptr;
+    return material(interp, objv[1]);
+}
+
 }  // namespace
 
 void forget_prepared_analyses()
@@ -390,16 +407,9 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
 // {factor F ply P face top|bottom|none mode M}.
 int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
-    if (objc != 3 && objc != 5) {
-        Tcl_WrongNumArgs(interp, 1, objv, "name loads ?-criterion criterion?");
-        return TCL_ERROR;
-    }
-    Tcl_Obj* opts[3] = {nullptr, nullptr, nullptr};
     int first, last;
-    if (readOptions(interp, objc, objv, 3, kCriterionOption, opts) != TCL_OK ||
-        readCriteria(interp, opts[OPT_CRITERION], first, last) != TCL_OK)
-        return TCL_ERROR;
-    LaminateAnalysis const* an = material(interp, objv[1]);
+    LaminateAnalysis const* an =
+        criterionCommand(interp, objc, objv, "name loads ?-criterion criterion?", first, last);
     double loads[8];
     if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
     Tcl_SetObjResult(interp, failures(*an, loads, first, last));
@@ -413,16 +423,9 @@ int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 // and names the case (counted from 1).
 int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
-    if (objc != 3 && objc != 5) {
-        Tcl_WrongNumArgs(interp, 1, objv, "name cases ?-criterion criterion?");
-        return TCL_ERROR;
-    }
-    Tcl_Obj* opts[3] = {nullptr, nullptr, nullptr};
     int first, last;
-    if (readOptions(interp, objc, objv, 3, kCriterionOption, opts) != TCL_OK ||
-        readCriteria(interp, opts[OPT_CRITERION], first, last) != TCL_OK)
-        return TCL_ERROR;
-    LaminateAnalysis const* an = material(interp, objv[1]);
+    LaminateAnalysis const* an =
+        criterionCommand(interp, objc, objv, "name cases ?-criterion criterion?", first, last);
     if (an == nullptr) return TCL_ERROR;
     int n;
     Tcl_Obj** cases;
