@@ -1,23 +1,42 @@
 #!/usr/bin/env tclsh
-# laminate_report.tcl -- ply-by-ply stresses and failure indices of a laminate
-# under one load case, through package Laminate.
+# laminate_report.tcl -- ply-by-ply stresses and failure ratings of a
+# laminate under one load case, its pictures and HTML report, and the
+# first-ply failure of a whole table of load cases.
 #
 # Usage:
-#   tclsh laminate_report.tcl ?-record FILE? ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?
+#   tclsh laminate_report.tcl ?-record FILE? ?-units "FORCE LENGTH"?
+#       ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?
+#       ?-svg DIR? ?-html FILE? ?-plane "I J"? ?-points N?
+#       ?-cases FILE.csv ?-out FILE.csv? ?-bad stop|skip??
 #
-# Without arguments it rates the bundled quasi-isotropic carbon/epoxy stack
-# [0/45/-45/90]s under the bundled load case.
+# Without options it rates the bundled quasi-isotropic carbon/epoxy stack
+# [0/45/-45/90]s under the bundled load case and prints the tables.
 #   -record FILE  a material record (see doc/commands.md), "-" for standard
 #                 input; "#" starts a comment that runs to the end of the line.
+#   -units "F L"  the record's force and length units, for the labels
+#                 (default "N mm" for the bundled record, none for a file).
 #   -loads LIST   the 8 load resultants as one list; they may also be given
 #                 as 8 bare numbers.
+#   -svg DIR      writes profile.svg, ratings.svg and envelope.svg there.
+#   -html FILE    writes the whole report as one self-contained page.
+#   -plane "I J"  the two load components of the envelope, by name or
+#                 position (default "N1 N2"); -points N its rays (72).
+#   -cases FILE   a CSV table of load cases (see doc/report.md): every case
+#                 is rated and the results written to -out FILE ("-", the
+#                 default, for standard output).  -bad stop (the default)
+#                 refuses a table with malformed rows, listing them all;
+#                 -bad skip reports them and writes them with empty results.
 # The package takes the record and the loads in whatever consistent units
 # they are written in; the bundled ones use N, mm and MPa (see below).
 #
-# Package errors ("values are not OK", "values not OK", ...) are printed
-# with the exit status 1; usage errors give the status 2.
+# Errors of the package or the input are printed with the exit status 1;
+# usage errors give the status 2; -h prints this usage with status 0.
 
 package require Laminate 1.0
+package require laminate::analysis 1.0
+
+set libDir [file join [file dirname [file normalize [info script]]] lib]
+source [file join $libDir html.tcl]
 
 # --- The bundled laminate ---------------------------------------------------
 #
@@ -53,6 +72,11 @@ set stack {0 45 -45 90 90 -45 45 0}
 #   N1 N2 N12 [N/mm]   M1 M2 M12 [N*mm/mm]   Q1 Q2 [N/mm]
 set defaultLoads {300 100 40   10 0 3   6 3}
 
+set usageText {usage: tclsh laminate_report.tcl ?-record FILE? ?-units "FORCE LENGTH"?
+       ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?
+       ?-svg DIR? ?-html FILE? ?-plane "I J"? ?-points N?
+       ?-cases FILE.csv ?-out FILE.csv? ?-bad stop|skip??}
+
 # --- Building the inputs ----------------------------------------------------
 
 proc default_record {} {
@@ -73,7 +97,8 @@ proc read_record {path} {
         set text [read stdin]
     } else {
         if {[catch {open $path r} chan]} {
-            return -code error "cannot read record file \"$path\""
+            return -code error -errorcode {REPORT RECORD} \
+                "cannot read record file \"$path\""
         }
         set text [read $chan]
         close $chan
@@ -84,35 +109,79 @@ proc read_record {path} {
 
 proc usage {message} {
     puts stderr "laminate_report: $message"
-    puts stderr "usage: tclsh laminate_report.tcl ?-record FILE?\
-        ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?"
+    puts stderr $::usageText
     exit 2
 }
 
-# Returns a dict with the record text, where it came from, and the loads.
+# The envelope plane from "N1 N2", "1 2" or "N1,N2": two positions from 1.
+proc parse_plane {text} {
+    set names {N1 N2 N12 M1 M2 M12 Q1 Q2}
+    set plane {}
+    foreach word [split [string map {, " "} $text]] {
+        if {$word eq ""} continue
+        set k [lsearch -exact -nocase $names $word]
+        if {$k >= 0} {
+            lappend plane [expr {$k + 1}]
+        } elseif {[string is integer -strict $word] && $word >= 1 && $word <= 8} {
+            lappend plane [expr {$word}]
+        } else {
+            usage "-plane: \"$word\" is no load component (N1 ... Q2 or 1 ... 8)"
+        }
+    }
+    if {[llength $plane] != 2 || [lindex $plane 0] == [lindex $plane 1]} {
+        usage "-plane needs two different load components, as \"N1 N2\""
+    }
+    return $plane
+}
+
+# Returns a dict of the options, the record text and the loads.
 proc parse_args {argv} {
     global defaultLoads
     set opts [dict create record [default_record] loads $defaultLoads \
-        source "bundled \[0/45/-45/90\]s carbon/epoxy" \
-        units "N, mm, MPa (loads: N/mm, N*mm/mm, N/mm)"]
+        source "bundled \[0/45/-45/90\]s carbon/epoxy" units {N mm} \
+        svg "" html "" plane {1 2} points 72 cases "" out - bad stop]
     set bare {}
+    set recordPath ""
+    set unitsGiven 0
     while {[llength $argv]} {
         set argv [lassign $argv word]
+        if {$word in {-record -units -loads -svg -html -plane -points -cases -out -bad}} {
+            if {![llength $argv]} {
+                usage "$word needs a value"
+            }
+            set argv [lassign $argv value]
+        }
         switch -- $word {
             -record {
-                if {![llength $argv]} {usage "-record needs a file"}
-                set argv [lassign $argv path]
-                dict set opts record [read_record $path]
-                dict set opts source $path
-                dict set opts units "those of the record"
+                set recordPath $value
             }
-            -loads {
-                if {![llength $argv]} {usage "-loads needs a list"}
-                set argv [lassign $argv loads]
-                dict set opts loads $loads
+            -units {
+                if {[llength $value] != 2} {
+                    usage "-units needs a force and a length unit, as \"N mm\""
+                }
+                dict set opts units $value
+                set unitsGiven 1
+            }
+            -loads { dict set opts loads $value }
+            -svg - -html - -cases - -out { dict set opts [string range $word 1 end] $value }
+            -plane { dict set opts plane [parse_plane $value] }
+            -points {
+                if {![string is integer -strict $value] || $value < 3} {
+                    usage "-points needs a whole number of at least 3"
+                }
+                dict set opts points $value
+            }
+            -bad {
+                if {$value ni {stop skip}} {
+                    usage "-bad is stop or skip, not \"$value\""
+                }
+                dict set opts bad $value
             }
             -h - -help - --help {
-                usage "ply-by-ply report of a laminate under one load case"
+                puts "laminate_report: ply-by-ply report of a laminate under one\
+                    load case, its pictures, and tables of load cases"
+                puts $::usageText
+                exit 0
             }
             default {
                 if {[string match -* $word] && ![string is double -strict $word]} {
@@ -125,55 +194,28 @@ proc parse_args {argv} {
     if {[llength $bare]} {
         dict set opts loads $bare
     }
+    if {$recordPath eq "-" && [dict get $opts cases] eq "-"} {
+        usage "-record - and -cases - cannot both read standard input"
+    }
+    if {$recordPath ne ""} {
+        dict set opts record [read_record $recordPath]
+        dict set opts source $recordPath
+        if {!$unitsGiven} {
+            dict set opts units {{} {}}
+        }
+    }
     return $opts
 }
 
 # --- The report -------------------------------------------------------------
-
-# Angle, thickness and failure flag of each layer, read back from the record
-# for the headings (the package has accepted the record by then).
-proc layer_table {record} {
-    set words [regexp -all -inline {\S+} $record]
-    set layers {}
-    for {set k 0} {$k < [lindex $words 0]} {incr k} {
-        set base [expr {1 + 18 * $k}]
-        lappend layers [list [lindex $words [expr {$base + 14}]] \
-            [lindex $words [expr {$base + 15}]] [lindex $words [expr {$base + 17}]]]
-    }
-    return $layers
-}
-
-# The package accepts any numbers, but a laminate without stiffness (a zero
-# transverse shear modulus in every ply, no thickness at all) makes its
-# stiffness matrix singular, which ends the process with no word at the first
-# result.  Moduli and thicknesses are therefore checked here first.
-proc check_stiffness {record} {
-    set words [regexp -all -inline {\S+} $record]
-    set names {E1 E2 nu12 G12 G13 G23}
-    for {set k 0} {$k < [lindex $words 0]} {incr k} {
-        set base [expr {1 + 18 * $k}]
-        set fields [lrange $words $base [expr {$base + 5}]]
-        lappend fields [lindex $words [expr {$base + 15}]]
-        foreach name [linsert $names end thickness] value $fields {
-            if {$name ne "nu12" && !($value > 0)} {
-                return -code error "ply [expr {$k + 1}]: $name must be\
-                    positive, not $value"
-            }
-        }
-    }
-}
-
-proc results {type layer loads} {
-    laminate_results $type report $layer $loads
-}
 
 # A number in a field of the given width and decimals.  Very large values
 # go in exponent form.  The criteria let infinities and NaN through (a thick
 # ply without in-plane shear divides by its shear stress in LaRC04 modes 1
 # and 6); those are shown as they are.
 proc num {width decimals value} {
-    if {![string is double -strict $value] || $value != $value} {
-        return [format %${width}s $value]
+    if {![::lamsvg::finite $value]} {
+        return [format %${width}s [::lamsvg::num $value]]
     }
     if {abs($value) >= 1e6} {
         return [format %${width}.${decimals}e $value]
@@ -181,61 +223,74 @@ proc num {width decimals value} {
     return [format %${width}.${decimals}f $value]
 }
 
-# Keeps in the variable named worstVar the list {value ply ?mode?} with the
-# largest finite value seen so far.
-proc keep_worst {worstVar value args} {
-    upvar 1 $worstVar worst
-    set better [expr {[llength $worst] == 0 ? 1 : $value > [lindex $worst 0]}]
-    if {[string is double -strict $value] && $value == $value
-            && abs($value) < Inf && $better} {
-        set worst [list $value {*}$args]
+# Calls command with a channel open for writing and puts what it wrote at
+# path: through a temporary file beside it, so that a failed run never
+# leaves a half-written file.
+proc write_through {path command} {
+    set tmp $path.tmp[pid]
+    set chan [open $tmp w]
+    fconfigure $chan -encoding utf-8
+    if {[catch {{*}$command $chan; close $chan} message options]} {
+        catch {close $chan}
+        file delete $tmp
+        return -options $options $message
     }
+    file rename -force $tmp $path
 }
 
-proc report {opts} {
-    set loads [dict get $opts loads]
-    laminate_material report [dict get $opts record]
-    check_stiffness [dict get $opts record]
-    set layers [layer_table [dict get $opts record]]
-    set n [last_layer report]
-    # The first request checks the loads for the whole report.
-    if {$n > 0} {
-        results stresses 1 $loads
-    }
+proc write_file {path text} {
+    write_through $path [list apply {{text chan} {puts -nonewline $chan $text}} $text]
+}
 
+# A load factor for the text outputs: 4 significant digits, or Inf.
+proc format_factor {value} {
+    if {[::lamsvg::finite $value]} {
+        return [format %.4g $value]
+    }
+    ::lamsvg::num $value
+}
+
+proc units_text {units} {
+    lassign $units force length
+    if {$force eq ""} {
+        return "those of the record (F force, L length; -units names them)"
+    }
+    return "force $force, length $length (stresses $force/$length^2;\
+        loads $force/$length, $force*$length/$length, $force/$length)"
+}
+
+# The tables of the text report.
+proc print_report {opts evaluation} {
+    set loads [dict get $opts loads]
+    set plies [dict get $evaluation plies]
+    set n [llength $plies]
+    set length [lindex [dict get $opts units] 1]
     set thickness 0.0
-    foreach layer $layers {
-        set thickness [expr {$thickness + [lindex $layer 1]}]
+    foreach p $plies {
+        lassign [dict get $p z] zlow zhigh
+        set thickness [expr {$thickness + $zhigh - $zlow}]
     }
-    puts "Laminate: [dict get $opts source]"
-    puts "Units:    [dict get $opts units]"
-    puts [format "  %d plies, total thickness %g; lay-up (layer 1 first): %s" $n \
-        $thickness [join [lmap layer $layers {lindex $layer 0}] /]]
-    lassign [lrange $loads 0 7] N1 N2 N12 M1 M2 M12 Q1 Q2
-    puts "Loads:    N1 N2 N12 = $N1 $N2 $N12   M1 M2 M12 = $M1 $M2 $M12   Q1 Q2 = $Q1 $Q2"
-    if {$n == 0} {
-        puts "The laminate has no plies: nothing to report."
-        return
-    }
+    puts [format "  %d plies, total thickness %g %s; lay-up (layer 1 first): %s" $n \
+        $thickness [expr {$length eq "" ? "(record length unit)" : $length}] \
+        [join [lmap p $plies {format %g [dict get $p angle]}] /]]
 
     puts ""
     puts "Ply stresses in ply axes (1 = fibre direction, 2 = across it)"
     puts [format "%4s %7s  %-6s %10s %10s %10s %10s %10s" \
         ply angle face sigma1 sigma2 tau12 tau23 tau13]
-    for {set k 1} {$k <= $n} {incr k} {
-        set angle [lindex $layers $k-1 0]
-        set shear [list [results shearStress23_lam $k $loads] \
-            [results shearStress13_lam $k $loads]]
-        foreach face {top middle bottom} type {stresstop stresses stressbas} {
+    set k 0
+    foreach p $plies {
+        incr k
+        foreach face {top middle bottom} key {stresstop stresses stressbas} {
             set line [format "%4s %7s  %-6s" \
                 [expr {$face eq "top" ? $k : ""}] \
-                [expr {$face eq "top" ? $angle : ""}] $face]
-            foreach value [results $type $k $loads] {
+                [expr {$face eq "top" ? [format %g [dict get $p angle]] : ""}] $face]
+            foreach value [dict get $p $key] {
                 append line " " [num 10 3 $value]
             }
             if {$face eq "middle"} {
-                foreach value $shear {
-                    append line " " [num 10 3 $value]
+                foreach key {shearStress23_lam shearStress13_lam} {
+                    append line " " [num 10 3 [dict get $p $key]]
                 }
             }
             puts $line
@@ -244,78 +299,245 @@ proc report {opts} {
     puts "  tau23 and tau13 (transverse shear) are constant through each ply."
 
     puts ""
-    puts "Failure assessment (n/a: ply with failure flag 0, not assessed)"
-    puts "  Tsai-Wu    criterion value at the worse face; failure at 1"
+    puts "Failure assessment (indices fail at 1, the TW factor below 1)"
+    puts "  Tsai-Wu    criterion value at the worse face"
     puts "  TW factor  load multiplier that takes the mid-ply Tsai-Wu value to 1\
         (at most 200)"
-    puts "  LaRC04     failure index of each mode at the worse face; failure at 1:"
+    puts "  Hashin     fibre (H fib) and matrix (H mat) indices at the worse face"
+    puts "  LaRC04     failure index of each mode at the worse face:"
     puts "             m1 matrix tension, m2 matrix compression, m3 fibre tension,"
     puts "             m4 fibre kinking, m5 matrix compression under high fibre"
     puts "             compression, m6 matrix tension under fibre compression"
-    puts [format "%4s %7s %8s %9s %8s %8s %8s %8s %8s %8s" \
-        ply angle Tsai-Wu "TW factor" m1 m2 m3 m4 m5 m6]
-    set worstTW {}
-    set worstLaRC {}
-    set lowestFactor {}
+    puts "  --         ply with failure flag 0: not assessed"
+    puts "  none       no TW factor: a zero strength, or no in-plane stress at the\
+        top face"
+    puts "  FAILED     the ply fails under these loads by the results named"
+    puts [format "%4s %7s %8s %9s %8s %8s %8s %8s %8s %8s %8s %8s  %s" \
+        ply angle Tsai-Wu "TW factor" "H fib" "H mat" m1 m2 m3 m4 m5 m6 status]
     set oddLaRC 0
-    for {set k 1} {$k <= $n} {incr k} {
-        lassign [lindex $layers $k-1] angle t flag
-        set line [format "%4d %7s" $k $angle]
-        if {$flag == 0} {
-            append line [format " %8s %9s" n/a n/a] [string repeat [format " %8s" n/a] 6]
-            puts $line
+    set failed {}
+    set k 0
+    foreach p $plies {
+        incr k
+        lassign [::lamreport::verdict $p] state reasons
+        set line [format "%4d %7g" $k [dict get $p angle]]
+        if {$state eq "not assessed"} {
+            append line [format " %8s %9s" -- --] [string repeat [format " %8s" --] 8]
+            puts "$line  not assessed"
             continue
         }
-        set tw [results FS_TW $k $loads]
-        set factor [results FS_TW_simple $k $loads]
-        append line " " [num 8 3 $tw] " "
+        set factor [dict get $p FS_TW_simple]
+        append line " " [num 8 3 [dict get $p FS_TW]] " "
         if {$factor < 0} {
-            append line [format %9s n/a]
+            append line [format %9s none]
         } else {
             append line [num 9 2 $factor]
         }
-        keep_worst worstTW $tw $k
-        if {$factor >= 0} {
-            # The smallest factor is the worst: compare negated.
-            keep_worst lowestFactor [expr {-$factor}] $k
-        }
-        foreach m {1 2 3 4 5 6} {
-            set value [results FS_LaRCm$m $k $loads]
+        foreach key {hashin_fibre hashin_matrix FS_LaRCm1 FS_LaRCm2 FS_LaRCm3
+                FS_LaRCm4 FS_LaRCm5 FS_LaRCm6} {
+            set value [dict get $p $key]
             append line " " [num 8 3 $value]
-            keep_worst worstLaRC $value $k $m
-            if {![string is double -strict $value] || $value != $value
-                    || abs($value) >= 1e6} {
+            if {[string match FS_LaRC* $key] && (![::lamsvg::finite $value]
+                    || abs($value) >= 1e6)} {
                 set oddLaRC 1
             }
         }
+        if {$state eq "FAILED"} {
+            append line "  FAILED ([join $reasons {, }])"
+            lappend failed $k
+        } else {
+            append line "  ok"
+        }
         puts $line
     }
-
     if {$oddLaRC} {
         puts "  Huge, Inf or NaN LaRC04 values: modes 1 and 6 of a thick ply divide by"
         puts "  its in-plane shear stress tau12, which is (nearly) zero there."
     }
+
     puts ""
-    if {[llength $worstTW]} {
-        puts [format "Highest Tsai-Wu value:      %.4g in ply %d" {*}$worstTW]
+    puts "First-ply failure (the factor all loads may be multiplied by):"
+    foreach c {tsaiwu hashin larc04} {
+        set f [dict get $evaluation fpf $c]
+        puts [format "  %-8s %s" [dict get $::lamsvg::criterionTitle $c] \
+            [::lamsvg::fpfSentence $f]]
     }
-    if {[llength $lowestFactor]} {
-        lassign $lowestFactor negated k
-        puts [format "Lowest Tsai-Wu load factor: %.2f in ply %d" [expr {-$negated}] $k]
-    }
-    if {[llength $worstLaRC]} {
-        puts [format "Highest LaRC04 index:       %.4g in ply %d (mode m%d)" {*}$worstLaRC]
+    if {[llength $failed]} {
+        puts "FAILED: ply [join $failed {, }] fail[expr {[llength $failed] == 1 ? "s" : ""}]\
+            under these loads."
+    } else {
+        puts "No assessed ply fails under these loads."
     }
 }
 
-# Package errors come back as plain messages; anything else is a fault of
-# this script and keeps its trace.
+# The three pictures as {file caption svg}.
+proc pictures {opts evaluation} {
+    set material report
+    set units [::lamsvg::units {*}[dict get $opts units]]
+    set subtitle "[dict get $opts source]; loads N1 ... Q2 = [dict get $opts loads]"
+    set plane [dict get $opts plane]
+    set curves {}
+    foreach c {tsaiwu hashin larc04} {
+        dict set curves $c [laminate::envelope $material -plane $plane -criterion $c \
+            -points [dict get $opts points]]
+    }
+    set names [lmap i $plane {lindex {N1 N2 N12 M1 M2 M12 Q1 Q2} $i-1}]
+    list \
+        [list profile.svg "Stresses through the thickness, at the top face, middle\
+            and bottom face of every ply" \
+            [::lamsvg::profile $evaluation -subtitle $subtitle -units $units]] \
+        [list ratings.svg "Failure indices of every ply; \u25bc marks each\
+            criterion's first ply to fail" \
+            [::lamsvg::ratings $evaluation -subtitle $subtitle]] \
+        [list envelope.svg "First-ply failure envelope in the [join $names \u2013] plane,\
+            the other loads zero; the dot is the load case" \
+            [::lamsvg::envelope $curves $plane [dict get $opts loads] -units $units \
+                -title "First-ply failure envelope, [join $names \u2013]" \
+                -subtitle [dict get $opts source]]]
+}
+
+proc write_pictures {opts pictures} {
+    set dir [dict get $opts svg]
+    file mkdir $dir
+    foreach picture $pictures {
+        lassign $picture name caption svg
+        write_file [file join $dir $name] $svg
+    }
+}
+
+proc write_html {opts evaluation pictures} {
+    set units [::lamsvg::units {*}[dict get $opts units]]
+    set info [dict create title "Laminate report: [dict get $opts source]" \
+        source [dict get $opts source] unitsText [units_text [dict get $opts units]] \
+        units $units loads [dict get $opts loads] evaluation $evaluation \
+        abd [laminate::abd report] \
+        pictures [lmap p $pictures {lrange $p 1 2}]]
+    write_file [dict get $opts html] [::lamhtml::page $info]
+}
+
+# Rates the table of load cases; see lib/cases.tcl for its form.
+proc run_cases {opts} {
+    source [file join $::libDir cases.tcl]
+    set path [dict get $opts cases]
+    if {$path eq "-"} {
+        set chan stdin
+        set path "standard input"
+    } elseif {[catch {open $path r} chan]} {
+        return -code error -errorcode {REPORT CASES} \
+            "cannot read load-case file \"$path\""
+    }
+    fconfigure $chan -encoding utf-8
+    try {
+        set table [::lamcases::read $chan]
+    } trap {REPORT CASES} message {
+        return -code error -errorcode {REPORT CASES} "$path: $message"
+    } finally {
+        if {$chan ne "stdin"} {
+            close $chan
+        }
+    }
+    set bad [lmap row [dict get $table rows] {
+        lassign $row line id loads error
+        if {$error eq ""} continue
+        string cat "$path: line $line: $error"
+    }]
+    set stop [expr {[dict get $opts bad] eq "stop"}]
+    foreach message $bad {
+        puts stderr "laminate_report: $message[expr {$stop ? "" : " (skipped)"}]"
+    }
+    if {[llength $bad] && $stop} {
+        return -code error -errorcode {REPORT CASES} \
+            "[llength $bad] malformed row[expr {[llength $bad] > 1 ? "s" : ""}]:\
+            nothing rated, nothing written (-bad skip rates the other rows)"
+    }
+    set progress {}
+    if {[::lamcases::stderrIsTerminal]} {
+        set progress [list ::lamcases::showProgress [clock milliseconds]]
+    }
+    set results [::lamcases::run report [dict get $table rows] $progress]
+    set out [dict get $opts out]
+    if {$out eq "-"} {
+        ::lamcases::write $table $results stdout
+        set report stderr
+    } else {
+        write_through $out [list ::lamcases::write $table $results]
+        set report stdout
+    }
+    set rated [expr {[llength $results] - [llength $bad]}]
+    set line "[llength $results] load case[expr {[llength $results] == 1 ? "" : "s"}]\
+        from $path: $rated rated"
+    if {[llength $bad]} {
+        append line ", [llength $bad] malformed (skipped)"
+    }
+    puts $report "$line; results in [expr {$out eq "-" ? "standard output" : $out}]"
+    foreach c {tsaiwu hashin larc04} {
+        set lowest {}
+        set below 0
+        foreach row [dict get $table rows] result $results {
+            if {$result eq ""} continue
+            set f [dict get $result $c factor]
+            if {$f < 1} {
+                incr below
+            }
+            if {![llength $lowest] || $f < [lindex $lowest 0]} {
+                set lowest [list $f [lindex $row 0]]
+            }
+        }
+        if {[llength $lowest]} {
+            puts $report [format "  %-8s lowest factor %s (line %d); %d case%s below 1" \
+                [dict get $::lamsvg::criterionTitle $c] [format_factor [lindex $lowest 0]] \
+                [lindex $lowest 1] $below [expr {$below == 1 ? "" : "s"}]]
+        }
+    }
+}
+
+proc report {opts} {
+    set loads [dict get $opts loads]
+    laminate_material report [dict get $opts record]
+    if {[dict get $opts cases] ne ""} {
+        run_cases $opts
+        if {[dict get $opts svg] eq "" && [dict get $opts html] eq ""} {
+            return
+        }
+    }
+    set n [last_layer report]
+    if {$n > 0} {
+        # Checks the loads and the stiffness before anything is printed.
+        set evaluation [laminate::evaluate report $loads]
+    }
+    if {[dict get $opts cases] eq ""} {
+        puts "Laminate: [dict get $opts source]"
+        puts "Units:    [units_text [dict get $opts units]]"
+        lassign [lrange $loads 0 7] N1 N2 N12 M1 M2 M12 Q1 Q2
+        puts "Loads:    N1 N2 N12 = $N1 $N2 $N12   M1 M2 M12 = $M1 $M2 $M12   Q1 Q2 = $Q1 $Q2"
+    }
+    if {$n == 0} {
+        puts "The laminate has no plies: nothing to report."
+        return
+    }
+    if {[dict get $opts cases] eq ""} {
+        print_report $opts $evaluation
+    }
+    if {[dict get $opts svg] eq "" && [dict get $opts html] eq ""} {
+        return
+    }
+    set pictures [pictures $opts $evaluation]
+    if {[dict get $opts svg] ne ""} {
+        write_pictures $opts $pictures
+    }
+    if {[dict get $opts html] ne ""} {
+        write_html $opts $evaluation $pictures
+    }
+}
+
+# Errors of the package, of the input and of files come back as plain
+# messages; anything else is a fault of this script and keeps its trace.
 if {[catch {report [parse_args $argv]} message options]} {
     set code [dict get $options -errorcode]
     if {[lrange $code 0 1] eq {POSIX EPIPE}} {
         exit 0  ;# the reader went away (report piped into head)
     }
-    if {$code eq "NONE"} {
+    if {[lindex $code 0] in {NONE LAMINATE REPORT POSIX}} {
         puts stderr "laminate_report: $message"
         exit 1
     }

@@ -1,9 +1,13 @@
 #!/usr/bin/env bash
 # Builds the package and rates every ply of the bundled laminate.  Any
-# arguments go to the report script (a record file and load values).
+# arguments go to the report script (a record file, load values, -svg DIR,
+# -html FILE, -cases FILE.csv -out FILE.csv, ...; -h lists them).
+#
+# The script never changes folder, so file names are taken from where it
+# is called.
 set -euo pipefail
-cd "$(dirname "$0")/.."
+root=$(cd "$(dirname "$0")/.." && pwd)
 
-dir=$(scripts/build.sh | tail -n 1)
-export TCLLIBPATH="$PWD/$dir"
-exec tclsh examples/laminate_report.tcl "$@"
+dir=$("$root/scripts/build.sh" | tail -n 1)
+export TCLLIBPATH="$root/$dir"
+exec tclsh "$root/examples/laminate_report.tcl" "$@"

@@ -328,6 +328,11 @@ Tcl_Obj* failures(LaminateAnalysis const& an, double const loads[8], int first, 
 
 }  // namespace
 
+void forget_prepared_analyses()
+{
+    prepared().clear();
+}
+
 // laminate::abd NAME
 //
 // The stiffness the stress recovery uses: a dict of A, B, D (3 x 3), H

@@ -15,6 +15,10 @@ int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]);
 int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]);
 
+// Drops every prepared analysis.  For test harnesses that reset the
+// registry (reset_registry), whose freed models the analyses were keyed by.
+void forget_prepared_analyses();
+
 // Called by Tcl's loader ("load liblaminate1.0.so Laminate_analysis").
 extern "C" int Laminate_analysis_Init(Tcl_Interp* interp);
 

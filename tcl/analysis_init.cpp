@@ -2,6 +2,7 @@
 
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
+#include "laminate/tcl/define_cmd.h"
 
 namespace {
 
@@ -17,6 +18,7 @@ const AnalysisCommand analysis_commands[] = {
     {"fpf", laminate_fpf_cb},
     {"batch", laminate_batch_cb},
     {"envelope", laminate_envelope_cb},
+    {"define", laminate_define_cb},
     {nullptr, nullptr}};
 
 }  // namespace

@@ -10,8 +10,13 @@ int max_layers = 0;
 
 lam_mat* append_material(char* name)
 {
+    return link_material(new lam_mat(name));
+}
+
+lam_mat* link_material(lam_mat* node)
+{
     if (first_mat == nullptr) {
-        first_mat = new lam_mat(name);
+        first_mat = node;
         current_mat = first_mat;
         return current_mat;
     }
@@ -20,9 +25,23 @@ lam_mat* append_material(char* name)
         current_mat = first_mat;
     while (current_mat->next != nullptr)
         current_mat = current_mat->next;
-    current_mat->next = new lam_mat(name);
+    current_mat->next = node;
     current_mat = current_mat->next;
     return current_mat;
+}
+
+void reset_registry()
+{
+    // One node at a time: destroying the head would destroy the rest of the
+    // list recursively, one stack frame per node.
+    while (first_mat != nullptr) {
+        lam_mat* node = first_mat;
+        first_mat = node->next;
+        node->next = nullptr;
+        delete node;
+    }
+    current_mat = nullptr;
+    max_layers = 0;
 }
 
 void drop_current_material()

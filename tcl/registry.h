@@ -22,6 +22,15 @@ extern int max_layers;        // largest layer count of any material defined
 // No search for an existing node of that name is made.
 lam_mat* append_material(char* name);
 
+// Links node (owned from now on by the list, its next null) at the end of
+// the list and makes it the cursor, as append_material does for a new node.
+lam_mat* link_material(lam_mat* node);
+
+// Destroys every node and puts the registry back as the library loaded it:
+// empty, no cursor, max_layers 0.  For test harnesses that stand for many
+// processes in one; no command calls it.
+void reset_registry();
+
 // Unlinks and destroys the cursor node, which must be the last one, and
 // leaves the cursor null.  Does not return when the list holds two or more
 // nodes before it (see registry.cpp).

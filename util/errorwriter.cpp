@@ -8,6 +8,19 @@ namespace {
 
 const char kBanner[] = "\n-----------ERROR---------------\n";
 
+#ifdef LAMINATE_FUZZ_BUILD
+QuitHook quitHook = nullptr;
+#endif
+
+// The end of every fatal report.
+[[noreturn]] void Quit()
+{
+#ifdef LAMINATE_FUZZ_BUILD
+    if (quitHook) quitHook();
+#endif
+    std::exit(2);
+}
+
 // The buffers are zeroed after each write-out, so the text ends at the first
 // zero; a completely full buffer has none, hence the bounded length.
 void PutText(FILE* f, const char* text)
@@ -60,7 +73,7 @@ void ErrorWriter::WriteErrorAndQuit()
         PutText(screen, error_stream->str());
         fputc('\n', screen);
     }
-    std::exit(2);
+    Quit();
 }
 
 void ErrorWriter::WriteErrorNoQuit()
@@ -101,8 +114,15 @@ void ErrorWriter::WriteInfo(char* text)
 
 void QuitError()
 {
-    std::exit(2);
+    Quit();
 }
+
+#ifdef LAMINATE_FUZZ_BUILD
+void SetQuitHook(QuitHook hook)
+{
+    quitHook = hook;
+}
+#endif
 
 void WarnWin(char* text)
 {

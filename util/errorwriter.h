@@ -70,6 +70,17 @@ extern ErrorWriter errorwriter;
 
 // Ends the process with exit status 2.
 [[noreturn]] void QuitError();
+
+#ifdef LAMINATE_FUZZ_BUILD
+// Fuzz builds only, where one process stands for many runs.  A quit hook is
+// called by WriteErrorAndQuit (after the message is written) and by
+// QuitError in place of the exit; it must not return, but throw or jump back
+// to the harness.  Should it return, the process exits with status 2 as
+// usual.  Null, the initial value, keeps the plain exit.
+typedef void (*QuitHook)();
+void SetQuitHook(QuitHook hook);
+#endif
+
 // Writes text and a newline to stderr.
 void WarnWin(char* text);
 // printf-style formatting into a stream; the result is cut to 1023 characters.
