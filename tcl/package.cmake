@@ -57,6 +57,7 @@ file(GENERATE
   OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   CONTENT "${_laminate_install_pkgindex}")
 get_target_property(_laminate_output_name laminate OUTPUT_NAME)
+file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/install)
 file(CREATE_LINK
   ${_laminate_index_to_lib}/${CMAKE_SHARED_LIBRARY_PREFIX}${_laminate_output_name}${CMAKE_SHARED_LIBRARY_SUFFIX}
   ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK} SYMBOLIC)

@@ -65,27 +65,15 @@ void drop_current_material()
     current_mat = nullptr;
 }
 
-// The node a lookup of name answers with; the cursor is not moved.
-static lam_mat* lookup_material(char const* name)
-{
-    if (current_mat != nullptr && std::strcmp(current_mat->name, name) == 0)
-        return current_mat;
-    for (lam_mat* node = first_mat; node != nullptr; node = node->next) {
-        if (std::strcmp(node->name, name) == 0)
-            return node;
-    }
-    return nullptr;
-}
-
 lamina1* laminate_find_material(char const* name)
 {
-    lam_mat* node = lookup_material(name);
+    lam_mat* node = peek_material(name);
     return node == nullptr ? nullptr : node->lamina;
 }
 
 lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
 {
-    current_mat = lookup_material(Tcl_GetString(nameObj));
+    current_mat = peek_material(Tcl_GetString(nameObj));
     if (current_mat != nullptr)
         return current_mat;
     Tcl_Obj* result = Tcl_GetObjResult(interp);

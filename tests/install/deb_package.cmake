@@ -1,5 +1,5 @@
 # cmake -DBUILD_DIR=<build> -DWORK=<dir> -DCPACK=<cpack> -DTCLSH=<tclsh>
-#       -DCHECK=<installed.tcl> -P deb_package.cmake
+#       -DTCL_RUN_ENV=<VAR=value;...> -DCHECK=<installed.tcl> -P deb_package.cmake
 #
 # Builds the Debian package of the build folder with cpack, checks its
 # control fields and where it puts things, unpacks it with dpkg -x into a
@@ -57,6 +57,6 @@ endif()
 
 set(root ${WORK}/root)
 run(dpkg -x ${deb} ${root})
-set(ENV{TCLLIBPATH} ${root}/usr/lib/tcltk)
-run(${TCLSH} ${CHECK} ${root}/usr)
+run(${CMAKE_COMMAND} -E env TCLLIBPATH=${root}/usr/lib/tcltk ${TCL_RUN_ENV}
+    ${TCLSH} ${CHECK} ${root}/usr)
 message(STATUS "${deb}: ${out}")

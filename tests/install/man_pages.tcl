@@ -27,6 +27,10 @@ foreach pattern [namespace eval ::laminate {namespace export}] {
     }
 }
 
+# The renderers are not ours to instrument: they run without the sanitizer
+# runtime this interpreter may have been started with for the library.
+unset -nocomplain env(LD_PRELOAD)
+
 set failures 0
 proc fail {message} {
     puts stderr $message
