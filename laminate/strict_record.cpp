@@ -108,6 +108,8 @@ double toDouble(char const* t, size_t n)
 
 std::string number(double v)
 {
+    // The sign of a NaN depends on how the arithmetic was compiled.
+    if (std::isnan(v)) return "nan";
     std::ostringstream os;
     os.precision(17);
     os << v;
