@@ -108,7 +108,8 @@ double toDouble(char const* t, size_t n)
 
 std::string number(double v)
 {
-    // The sign of a NaN depends on how the arithmetic was compiled.
+    // A NaN's sign bit depends on how it arose (and on the build): it means
+    // nothing, so every NaN reads the same.
     if (std::isnan(v)) return "nan";
     std::ostringstream os;
     os.precision(17);
