@@ -35,12 +35,7 @@ struct Model {
     {
         std::string r = record(n);
         if (lam.LeerCampoMater(&r[0], 1.0, 1.0, 1.0) != 0) abort();
-        lam.calcNu21();
-        lam.calcQI();
-        lam.calcA();
-        lam.calcB();
-        lam.calcD();
-        lam.calcH();
+        lam.calcDefinition();
         const double values[8] = {2.0e5, -1.0e5, 5.0e4, 10.0, -5.0, 2.0, 1.0e3, 5.0e2};
         for (int i = 0; i < 8; i++) loads[i] = values[i];
     }

@@ -54,6 +54,9 @@ public:
     void calcQ_st(int layer);   // Q_st of one layer; no range check
     void calcBDH();
     void calcK();
+    // The stiffness of a freshly read record, as a material definition
+    // computes it: calcNu21, calcQI, calcA, calcB, calcD, calcH in turn.
+    void calcDefinition();
 
     // ---- stress and strain recovery (recovery.cpp) ----
     // loads: 8 generalized resultants N1 N2 N12 M1 M2 M12 Q1 Q2 (at least 8

@@ -65,6 +65,16 @@ lamina1::ShortAngle const& lamina1::shortAngle(int k)
     return a;
 }
 
+void lamina1::calcDefinition()
+{
+    calcNu21();
+    calcQI();
+    calcA();
+    calcB();
+    calcD();
+    calcH();
+}
+
 void lamina1::calcNu21()
 {
     nu21.resize(nlayers, 0.0);

@@ -225,12 +225,7 @@ bool StrictRecord::checkStiffness()
     lamina1 lam;
     if (lam.LeerCampoMater(text(), 1.0, 1.0, 1.0) != 0)
         return refuse(NUMBER, 0, "count", "");  // cannot happen after the checks above
-    lam.calcNu21();
-    lam.calcQI();
-    lam.calcA();
-    lam.calcB();
-    lam.calcD();
-    lam.calcH();
+    lam.calcDefinition();
     lam.calcK();
 
     Matriu const& K = lam.K;

@@ -43,12 +43,7 @@ int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
     lam_mat* node = new lam_mat(Tcl_GetString(objv[1]));
     lamina1* lam = node->lamina;
     lam->LeerCampoMater(record.text(), 1.0, 1.0, 1.0);
-    lam->calcNu21();
-    lam->calcQI();
-    lam->calcA();
-    lam->calcB();
-    lam->calcD();
-    lam->calcH();
+    lam->calcDefinition();
     link_material(node);
     if (lam->nlayers > max_layers)
         max_layers = lam->nlayers;

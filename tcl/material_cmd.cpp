@@ -25,12 +25,7 @@ int laminate_material_cb(ClientData, Tcl_Interp* interp, int objc,
         Tcl_SetResult(interp, const_cast<char*>("values are not OK"), TCL_STATIC);
         return TCL_ERROR;
     }
-    lam->calcNu21();
-    lam->calcQI();
-    lam->calcA();
-    lam->calcB();
-    lam->calcD();
-    lam->calcH();
+    lam->calcDefinition();
     if (lam->nlayers > max_layers)
         max_layers = lam->nlayers;
     return TCL_OK;

@@ -98,12 +98,7 @@ void layerResults(lamina1& lam, int k, ReaVecV& loads)
 // without paying for all of them on each input.
 void allResults(lamina1& lam, ReaVecV& loads, unsigned pick)
 {
-    lam.calcNu21();
-    lam.calcQI();
-    lam.calcA();
-    lam.calcB();
-    lam.calcD();
-    lam.calcH();
+    lam.calcDefinition();
     lam.GiveSpecificWeight();
     lam.GiveShellThickness();
     if (lam.nlayers < 1) return;  // no layer to ask about

@@ -67,12 +67,7 @@ inline int parse(lamina1& lam, std::string text, double force = 1.0,
 inline void define(lamina1& lam, std::vector<Ply> const& plies)
 {
     ASSERT_EQ(parse(lam, record(plies)), 0);
-    lam.calcNu21();
-    lam.calcQI();
-    lam.calcA();
-    lam.calcB();
-    lam.calcD();
-    lam.calcH();
+    lam.calcDefinition();
 }
 
 struct Lam : lamina1 {
