@@ -6,7 +6,7 @@
 // the package commands below is skipped, so nothing else of the interpreter
 // (exit, exec, source, ...) can be reached.  At most kMaxCommands lines run.
 //
-// Two outcomes of the specified commands end a run the way they would end a
+// Two outcomes of the three Laminate commands end a run the way they end a
 // process, and are legitimate here: a fatal error of the linear-algebra layer
 // (exit status 2; the quit hook throws it back to this harness), and
 // laminate_material refusing a record while two or more other materials
