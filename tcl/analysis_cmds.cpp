@@ -4,13 +4,19 @@
 //
 // A material is looked up as laminate_results looks it up (the cursor node
 // when it carries the name, else the first node of that name), but without
-// moving the cursor.  Each material is prepared once and kept; a prepared
-// analysis is used only while the material still holds the data it was
-// prepared from.
+// moving the cursor.  Each material name keeps one prepared analysis, used
+// only while the name resolves to the node it was prepared from and that
+// node still holds the same data.
+//
+// Threads: the registry and the cache of prepared analyses are shared by
+// every interpreter of the process and guarded by the registry lock; the
+// evaluation itself runs outside the lock on an analysis nothing changes.
+// The Tcl objects a command keeps from call to call are per thread.
 
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <unordered_map>
 
 #include "laminate/analysis/envelope.h"
@@ -48,32 +54,53 @@ int fail(Tcl_Interp* interp, const char* message, const char* a, const char* b,
 
 // ---- materials -------------------------------------------------------------
 
-// Prepared analyses by model; the registry never frees a defined model, so
-// the keys stay valid for the life of the process.
-std::unordered_map<lamina1 const*, std::unique_ptr<LaminateAnalysis>>& prepared()
+// A prepared analysis per material name: the node it was prepared from and
+// the analysis, shared with the commands still using it.  Looking a name up
+// again replaces the entry when the name now resolves to another node, so
+// the cache holds one analysis per name at most, never one per definition.
+// Guarded by the registry lock.
+struct Prepared {
+    lam_mat const* node = nullptr;
+    std::shared_ptr<LaminateAnalysis const> analysis;
+};
+
+std::unordered_map<std::string, Prepared>& prepared()
 {
-    static std::unordered_map<lamina1 const*, std::unique_ptr<LaminateAnalysis>> cache;
+    static std::unordered_map<std::string, Prepared> cache;
     return cache;
 }
 
+using AnalysisRef = std::shared_ptr<LaminateAnalysis const>;
+
 // The prepared analysis of the material named by nameObj, or null with an
 // error in interp: no such material, no layers, or a singular stiffness.
-LaminateAnalysis const* material(Tcl_Interp* interp, Tcl_Obj* nameObj)
+// The analysis is prepared under the registry lock (preparing rewrites the
+// model's working members, as laminate_results does) and then used without
+// it: it is never changed once prepared, and the caller's reference keeps it
+// alive through a redefinition in another thread.
+AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj)
 {
     const char* name = Tcl_GetString(nameObj);
-    lam_mat* node = peek_material(name);
-    if (node == nullptr) {
-        Tcl_Obj* msg = Tcl_ObjPrintf("material not found '%s'", name);
-        fail(interp, msg, "MATERIAL", "NOTFOUND", name);
-        return nullptr;
+    AnalysisRef an;
+    {
+        RegistryLock lock;
+        lam_mat* node = peek_material(name);
+        if (node == nullptr) {
+            prepared().erase(name);
+            Tcl_Obj* msg = Tcl_ObjPrintf("material not found '%s'", name);
+            fail(interp, msg, "MATERIAL", "NOTFOUND", name);
+            return nullptr;
+        }
+        Prepared& entry = prepared()[name];
+        if (entry.node != node || !entry.analysis->preparedFrom(*node->lamina)) {
+            entry.node = node;
+            entry.analysis = std::make_shared<LaminateAnalysis const>(*node->lamina);
+        }
+        an = entry.analysis;
     }
-    lamina1& lam = *node->lamina;
-    std::unique_ptr<LaminateAnalysis>& an = prepared()[&lam];
-    if (!an) an.reset(new LaminateAnalysis);
-    if (!an->preparedFrom(lam)) an->prepare(lam);
     switch (an->status()) {
     case LaminateAnalysis::Ok:
-        return an.get();
+        return an;
     case LaminateAnalysis::Singular:
         fail(interp, Tcl_ObjPrintf("material '%s' has a singular stiffness", name), "MATERIAL",
              "SINGULAR", name);
@@ -260,8 +287,8 @@ Tcl_Obj* plyDict(LaminateAnalysis const& an, int layer, PlyResult const& r)
     return d;
 }
 
-// The words of a first-ply failure, made once and shared by every answer:
-// a batch of many cases builds only the numbers.
+// The words of a first-ply failure, made once per thread and shared by every
+// answer: a batch of many cases builds only the numbers.
 struct FailureWords {
     Tcl_Obj* factor;
     Tcl_Obj* ply;
@@ -272,35 +299,57 @@ struct FailureWords {
     Tcl_Obj* modes[3][7];  // per criterion, by mode number; [c][6] is none
 };
 
-Tcl_Obj* kept(const char* text)
+// The words of one thread.  A Tcl_Obj belongs to the thread that made it,
+// so every thread makes its own set and lets it go when the thread exits.
+struct ThreadWords {
+    FailureWords words;
+    Tcl_Obj* owned[32];  // every reference the set holds, to release
+    int nOwned;
+    int made;
+};
+
+Tcl_ThreadDataKey words_key;
+
+Tcl_Obj* kept(ThreadWords& t, const char* text)
 {
     Tcl_Obj* o = Tcl_NewStringObj(text, -1);
     Tcl_IncrRefCount(o);
+    t.owned[t.nOwned++] = o;
     return o;
+}
+
+void releaseWords(ClientData data)
+{
+    ThreadWords* t = static_cast<ThreadWords*>(data);
+    for (int i = 0; i < t->nOwned; i++) Tcl_DecrRefCount(t->owned[i]);
+    t->nOwned = 0;
+    t->made = 0;
 }
 
 FailureWords const& words()
 {
-    static FailureWords w = [] {
-        FailureWords x;
-        x.factor = kept("factor");
-        x.ply = kept("ply");
-        x.face = kept("face");
-        x.mode = kept("mode");
-        for (int c = 0; c < 3; c++) x.criterion[c] = kept(criterion_names[c]);
-        x.faces[0] = kept("none");
-        x.faces[1] = kept("top");
-        x.faces[2] = kept("bottom");
-        for (auto& row : x.modes)
-            for (Tcl_Obj*& m : row) m = x.faces[0];
-        x.modes[0][0] = kept("tsaiwu");
-        x.modes[1][0] = kept("matrix");
-        x.modes[1][1] = kept("fibre");
-        const char* larc[] = {"m1", "m2", "m3", "m4", "m5", "m6"};
-        for (int m = 1; m <= 6; m++) x.modes[2][m] = kept(larc[m - 1]);
-        return x;
-    }();
-    return w;
+    ThreadWords& t = *static_cast<ThreadWords*>(Tcl_GetThreadData(&words_key, sizeof(ThreadWords)));
+    if (t.made) return t.words;
+    FailureWords& x = t.words;
+    t.nOwned = 0;
+    x.factor = kept(t, "factor");
+    x.ply = kept(t, "ply");
+    x.face = kept(t, "face");
+    x.mode = kept(t, "mode");
+    for (int c = 0; c < 3; c++) x.criterion[c] = kept(t, criterion_names[c]);
+    x.faces[0] = kept(t, "none");
+    x.faces[1] = kept(t, "top");
+    x.faces[2] = kept(t, "bottom");
+    for (auto& row : x.modes)
+        for (Tcl_Obj*& m : row) m = x.faces[0];
+    x.modes[0][0] = kept(t, "tsaiwu");
+    x.modes[1][0] = kept(t, "matrix");
+    x.modes[1][1] = kept(t, "fibre");
+    const char* larc[] = {"m1", "m2", "m3", "m4", "m5", "m6"};
+    for (int m = 1; m <= 6; m++) x.modes[2][m] = kept(t, larc[m - 1]);
+    t.made = 1;
+    Tcl_CreateThreadExitHandler(releaseWords, &t);
+    return x;
 }
 
 Tcl_Obj* failureDict(int criterion, PlyFailure const& f)
@@ -329,7 +378,7 @@ Tcl_Obj* failures(LaminateAnalysis const& an, double const loads[8], int first, 
 // The common start of the commands of the form "NAME ARG ?-criterion C?":
 // the word count, the option, then the material; null with an error in
 // interp when one of them is wrong.
-LaminateAnalysis const* criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
+AnalysisRef criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
                                          const char* usage, int& first, int& last)
 {
     if (objc != 3 && objc != 5) {
@@ -347,6 +396,7 @@ LaminateAnalysis const* criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* 
 
 void forget_prepared_analyses()
 {
+    RegistryLock lock;
     prepared().clear();
 }
 
@@ -360,7 +410,7 @@ int laminate_abd_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
         Tcl_WrongNumArgs(interp, 1, objv, "name");
         return TCL_ERROR;
     }
-    LaminateAnalysis const* an = material(interp, objv[1]);
+    AnalysisRef an = material(interp, objv[1]);
     if (an == nullptr) return TCL_ERROR;
     Tcl_Obj* d = Tcl_NewDictObj();
     put(d, "A", rows(an->A()));
@@ -385,7 +435,7 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
         Tcl_WrongNumArgs(interp, 1, objv, "name loads");
         return TCL_ERROR;
     }
-    LaminateAnalysis const* an = material(interp, objv[1]);
+    AnalysisRef an = material(interp, objv[1]);
     double loads[8];
     if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
     analysis::Evaluation ev;
@@ -408,7 +458,7 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
 int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     int first, last;
-    LaminateAnalysis const* an =
+    AnalysisRef an =
         criterionCommand(interp, objc, objv, "name loads ?-criterion criterion?", first, last);
     double loads[8];
     if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
@@ -424,7 +474,7 @@ int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     int first, last;
-    LaminateAnalysis const* an =
+    AnalysisRef an =
         criterionCommand(interp, objc, objv, "name cases ?-criterion criterion?", first, last);
     if (an == nullptr) return TCL_ERROR;
     int n;
@@ -483,7 +533,7 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
             opts[OPT_PLANE] ? Tcl_GetString(opts[OPT_PLANE]) : "");
         return fail(interp, msg, "PLANE", "INVALID");
     }
-    LaminateAnalysis const* an = material(interp, objv[1]);
+    AnalysisRef an = material(interp, objv[1]);
     if (an == nullptr) return TCL_ERROR;
     std::vector<analysis::EnvelopePoint> const pts =
         analysis::envelope(*an, plane[0], plane[1], criteria_in_order[criterion], points);

@@ -17,7 +17,10 @@
 // is checked in full first (see laminate/strict_record.h): on refusal the
 // error names the layer, the field and the rule ("layer 3, G13: must be > 0,
 // got 0"), the error code is {LAMINATE RECORD rule layer field}, and the
-// registry is left exactly as it was.  Returns an empty result.
+// registry is left exactly as it was.  Once defined here, the name resolves
+// to this definition in every command (laminate_results included) until it
+// is defined here again, whatever laminate_material adds under the same name
+// or looks up in between.  Returns an empty result.
 int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
                        Tcl_Obj* const objv[])
 {
@@ -44,9 +47,12 @@ int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
     lamina1* lam = node->lamina;
     lam->LeerCampoMater(record.text(), 1.0, 1.0, 1.0);
     lam->calcDefinition();
-    link_material(node);
-    if (lam->nlayers > max_layers)
-        max_layers = lam->nlayers;
+    {
+        RegistryLock lock;
+        link_strict_material(node);
+        if (lam->nlayers > max_layers)
+            max_layers = lam->nlayers;
+    }
     Tcl_ResetResult(interp);
     return TCL_OK;
 }

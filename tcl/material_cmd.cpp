@@ -16,6 +16,7 @@ int laminate_material_cb(ClientData, Tcl_Interp* interp, int objc,
         Tcl_WrongNumArgs(interp, 1, objv, "material_name values");
         return TCL_ERROR;
     }
+    RegistryLock lock;
     lam_mat* node = append_material(Tcl_GetString(objv[1]));
     lamina1* lam = node->lamina;
 
@@ -42,6 +43,7 @@ int last_layer_cb(ClientData, Tcl_Interp* interp, int objc,
         Tcl_WrongNumArgs(interp, 1, objv, "material_name");
         return TCL_ERROR;
     }
+    RegistryLock lock;
     lam_mat* node = find_material(interp, objv[1]);
     if (node == nullptr)
         return TCL_ERROR;

@@ -1,12 +1,46 @@
 #include "laminate/tcl/registry.h"
 
 #include <cstring>
+#include <string>
+#include <unordered_map>
 
 #include "laminate/tcl/materials.h"
 
 lam_mat* first_mat = nullptr;
 lam_mat* current_mat = nullptr;
 int max_layers = 0;
+
+namespace {
+
+TCL_DECLARE_MUTEX(registry_mutex)
+
+// Indexes over the list, so that neither appending nor looking up walks it:
+// the last node, the earliest node of each name, and the strict definition
+// of each name laminate::define has defined.  They answer exactly what the
+// walks would; the list stays the one record of what was defined.
+lam_mat* last_mat = nullptr;  // not owned
+std::unordered_map<std::string, lam_mat*>& earliest()
+{
+    static std::unordered_map<std::string, lam_mat*> byName;
+    return byName;
+}
+std::unordered_map<std::string, lam_mat*>& strict()
+{
+    static std::unordered_map<std::string, lam_mat*> byName;
+    return byName;
+}
+
+}  // namespace
+
+RegistryLock::RegistryLock()
+{
+    Tcl_MutexLock(&registry_mutex);
+}
+
+RegistryLock::~RegistryLock()
+{
+    Tcl_MutexUnlock(&registry_mutex);
+}
 
 lam_mat* append_material(char* name)
 {
@@ -15,19 +49,24 @@ lam_mat* append_material(char* name)
 
 lam_mat* link_material(lam_mat* node)
 {
-    if (first_mat == nullptr) {
+    // The list ends at last_mat, where a walk on from the cursor would end.
+    if (first_mat == nullptr)
         first_mat = node;
-        current_mat = first_mat;
-        return current_mat;
-    }
-    // The cursor is usually at or near the end already: walk on from it.
-    if (current_mat == nullptr)
-        current_mat = first_mat;
-    while (current_mat->next != nullptr)
-        current_mat = current_mat->next;
-    current_mat->next = node;
-    current_mat = current_mat->next;
-    return current_mat;
+    else
+        last_mat->next = node;
+    last_mat = node;
+    current_mat = node;
+    earliest().emplace(node->name, node);  // kept when the name has one already
+    return node;
+}
+
+lam_mat* link_strict_material(lam_mat* node)
+{
+    link_material(node);
+    lam_mat*& slot = strict()[node->name];
+    lam_mat* const replaced = slot;
+    slot = node;
+    return replaced;
 }
 
 void reset_registry()
@@ -41,32 +80,47 @@ void reset_registry()
         delete node;
     }
     current_mat = nullptr;
+    last_mat = nullptr;
     max_layers = 0;
+    earliest().clear();
+    strict().clear();
 }
 
 void drop_current_material()
 {
     if (first_mat == current_mat) {
         first_mat = nullptr;
+        last_mat = nullptr;
     } else if (first_mat->next == current_mat) {
         first_mat->next = nullptr;
+        last_mat = first_mat;
     } else {
         // The predecessor search never gets past the head, so a rejected
         // record is recoverable only while at most one other material
         // exists; with more, the command does not return.  This is the
-        // command's established behaviour and is kept as it is.  The volatile
-        // cursor keeps the wait a well-defined loop (an infinite loop without
-        // side effects would be undefined behaviour).
-        lam_mat* volatile pred = first_mat;
-        while (pred->next != current_mat)
-            pred = first_mat;
+        // command's established behaviour and is kept as it is, but the lock
+        // is let go first so that other threads are not held with it.  The
+        // volatile cursor keeps the wait a well-defined loop (an infinite
+        // loop without side effects would be undefined behaviour).
+        lam_mat* const head = first_mat;
+        lam_mat* const stuck = current_mat;
+        Tcl_MutexUnlock(&registry_mutex);
+        lam_mat* volatile pred = head;
+        while (pred->next != stuck)
+            pred = head;
     }
+    // A rejected node is never the strict definition of its name, and it is
+    // the earliest of its name only when no other node carries that name.
+    auto const at = earliest().find(current_mat->name);
+    if (at != earliest().end() && at->second == current_mat)
+        earliest().erase(at);
     delete current_mat;  // its next is null: it was the last node
     current_mat = nullptr;
 }
 
 lamina1* laminate_find_material(char const* name)
 {
+    RegistryLock lock;
     lam_mat* node = peek_material(name);
     return node == nullptr ? nullptr : node->lamina;
 }
@@ -85,11 +139,19 @@ lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj)
 
 lam_mat* peek_material(const char* name)
 {
+    if (!strict().empty()) {
+        auto const s = strict().find(name);
+        if (s != strict().end())
+            return s->second;
+    }
     if (current_mat != nullptr && std::strcmp(current_mat->name, name) == 0)
         return current_mat;
-    for (lam_mat* node = first_mat; node != nullptr; node = node->next) {
-        if (std::strcmp(node->name, name) == 0)
-            return node;
-    }
-    return nullptr;
+    auto const e = earliest().find(name);
+    return e == earliest().end() ? nullptr : e->second;
+}
+
+bool is_strict_material(lam_mat const* node)
+{
+    auto const s = strict().find(node->name);
+    return s != strict().end() && s->second == node;
 }

@@ -3,8 +3,14 @@
 // A singly linked list of lam_mat nodes in definition order.  Nodes are never
 // removed, except the node of a definition whose record was rejected; nothing
 // frees the list while the process lives.  Several nodes may carry the same
-// name.  All interpreters of the process share the one registry; it is not
-// guarded, so the commands must run on a single thread.
+// name.  All interpreters of the process, in every thread, share the one
+// registry: every function below expects the caller to hold the registry
+// lock (RegistryLock), and so does any use of a node's model.
+//
+// Names defined by laminate::define are kept apart as well: such a name
+// resolves to its latest strict definition for good, in every command,
+// whatever was defined or looked up before or after it.  Names only
+// laminate_material defined resolve by the cursor rule (find_material).
 #ifndef LAMINATE_TCL_REGISTRY_H
 #define LAMINATE_TCL_REGISTRY_H
 
@@ -18,6 +24,15 @@ extern lam_mat* current_mat;  // cursor: node last appended or found, null after
 extern int max_layers;        // largest layer count of any material defined
                               // successfully; only grows
 
+// Holds the registry lock (a process-wide Tcl mutex) for its scope.
+class RegistryLock {
+public:
+    RegistryLock();
+    ~RegistryLock();
+    RegistryLock(RegistryLock const&) = delete;
+    RegistryLock& operator=(RegistryLock const&) = delete;
+};
+
 // Appends a node named name at the end of the list and makes it the cursor.
 // No search for an existing node of that name is made.
 lam_mat* append_material(char* name);
@@ -26,6 +41,13 @@ lam_mat* append_material(char* name);
 // the list and makes it the cursor, as append_material does for a new node.
 lam_mat* link_material(lam_mat* node);
 
+// Links node as append_material would and makes it the definition of its
+// name for good: from now on every lookup of the name answers node.  For
+// definitions whose record passed the strict reader.  Returns the node it
+// replaces (null for a name not strictly defined before), which no lookup
+// can reach any more.
+lam_mat* link_strict_material(lam_mat* node);
+
 // Destroys every node and puts the registry back as the library loaded it:
 // empty, no cursor, max_layers 0.  For test harnesses that stand for many
 // processes in one; no command calls it.
@@ -33,17 +55,22 @@ void reset_registry();
 
 // Unlinks and destroys the cursor node, which must be the last one, and
 // leaves the cursor null.  Does not return when the list holds two or more
-// nodes before it (see registry.cpp).
+// nodes before it (see registry.cpp); it then releases the registry lock
+// first, so that other threads go on.
 void drop_current_material();
 
-// The material named by nameObj: the cursor node when it carries the name,
-// else the earliest node of that name, which becomes the cursor.  When there
-// is none the cursor is left null, the interpreter's result reads
+// The material named by nameObj: the strict definition of the name if there
+// is one, else the cursor node when it carries the name, else the earliest
+// node of that name; the answer becomes the cursor.  When there is none the
+// cursor is left null, the interpreter's result reads
 // "material not found '<name>'" and null is returned.
 lam_mat* find_material(Tcl_Interp* interp, Tcl_Obj* nameObj);
 
 // The node find_material would answer for name, without moving the cursor
 // and without a message; null when there is none.
 lam_mat* peek_material(const char* name);
+
+// Whether node is the strict definition of its name.
+bool is_strict_material(lam_mat const* node);
 
 #endif

@@ -177,6 +177,9 @@ int laminate_results_cb(ClientData, Tcl_Interp* interp, int objc,
     if (Tcl_GetIndexFromObjStruct(interp, objv[1], result_types, sizeof(char*),
                                   "type", 0, &type) != TCL_OK)
         return TCL_ERROR;
+    // The lookup moves the shared cursor and the recovery rewrites the
+    // model's working members: the whole request runs under the lock.
+    RegistryLock lock;
     lam_mat* node = find_material(interp, objv[2]);
     if (node == nullptr)
         return TCL_ERROR;
@@ -191,8 +194,8 @@ int laminate_results_cb(ClientData, Tcl_Interp* interp, int objc,
         return TCL_ERROR;
     }
     // Working storage, kept from call to call: every entry the call reads is
-    // written first, and commands run one at a time on the interpreter's
-    // thread, so a call allocates nothing of its own.
+    // written first, and requests run one at a time under the registry lock,
+    // so a call allocates nothing of its own.
     static ReaVecV loads(8);
     static ReaVecV out(3);
     if (!read_loads(objv[4], loads)) {
