@@ -400,6 +400,11 @@ void forget_prepared_analyses()
     prepared().clear();
 }
 
+void forget_prepared_analysis(char const* name)
+{
+    prepared().erase(name);
+}
+
 // laminate::abd NAME
 //
 // The stiffness the stress recovery uses: a dict of A, B, D (3 x 3), H

@@ -19,6 +19,10 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
 // registry (reset_registry), whose freed models the analyses were keyed by.
 void forget_prepared_analyses();
 
+// Drops the prepared analysis kept for name, when its definition is
+// replaced.  The caller holds the registry lock.
+void forget_prepared_analysis(char const* name);
+
 // Called by Tcl's loader ("load liblaminate1.0.so Laminate_analysis").
 extern "C" int Laminate_analysis_Init(Tcl_Interp* interp);
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "laminate/laminate/strict_record.h"
+#include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/registry.h"
 
 // laminate::define name record
@@ -50,6 +51,7 @@ int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
     {
         RegistryLock lock;
         link_strict_material(node);
+        forget_prepared_analysis(node->name);
         if (lam->nlayers > max_layers)
             max_layers = lam->nlayers;
     }

@@ -10,8 +10,10 @@ class lamina1;
 // registry's cursor node when it carries the name, else the earliest node of
 // that name.  Unlike the commands' lookup it leaves the cursor where it is.
 // Null when no material has the name.  The registry owns the model, which
-// lives as long as the process; a later definition under the same name does
-// not replace it.
+// lives as long as the process, with one exception: a model laminate::define
+// defined is destroyed when laminate::define defines its name again.  Takes
+// the registry lock; the model itself must not be used while another thread
+// may run a command.
 lamina1* laminate_find_material(char const* name);
 
 #endif

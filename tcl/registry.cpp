@@ -29,6 +29,35 @@ std::unordered_map<std::string, lam_mat*>& strict()
     static std::unordered_map<std::string, lam_mat*> byName;
     return byName;
 }
+// The node before each node (null before the first), so that a replaced
+// strict definition leaves the list without a walk.
+std::unordered_map<lam_mat const*, lam_mat*>& previous()
+{
+    static std::unordered_map<lam_mat const*, lam_mat*> byNode;
+    return byNode;
+}
+
+// Takes node out of the list and destroys it.  The cursor is never on it
+// (the caller has just moved it to a newer node).
+void unlink_material(lam_mat* node)
+{
+    auto const at = previous().find(node);
+    lam_mat* const before = at->second;
+    previous().erase(at);
+    if (before == nullptr)
+        first_mat = node->next;
+    else
+        before->next = node->next;
+    if (node->next != nullptr)
+        previous()[node->next] = before;
+    else
+        last_mat = before;
+    auto const e = earliest().find(node->name);
+    if (e != earliest().end() && e->second == node)
+        earliest().erase(e);
+    node->next = nullptr;
+    delete node;
+}
 
 }  // namespace
 
@@ -54,19 +83,22 @@ lam_mat* link_material(lam_mat* node)
         first_mat = node;
     else
         last_mat->next = node;
+    previous()[node] = last_mat;
     last_mat = node;
     current_mat = node;
     earliest().emplace(node->name, node);  // kept when the name has one already
     return node;
 }
 
-lam_mat* link_strict_material(lam_mat* node)
+void link_strict_material(lam_mat* node)
 {
     link_material(node);
     lam_mat*& slot = strict()[node->name];
     lam_mat* const replaced = slot;
     slot = node;
-    return replaced;
+    // No lookup can reach the replaced definition any more: let it go.
+    if (replaced != nullptr)
+        unlink_material(replaced);
 }
 
 void reset_registry()
@@ -84,6 +116,7 @@ void reset_registry()
     max_layers = 0;
     earliest().clear();
     strict().clear();
+    previous().clear();
 }
 
 void drop_current_material()
@@ -114,6 +147,7 @@ void drop_current_material()
     auto const at = earliest().find(current_mat->name);
     if (at != earliest().end() && at->second == current_mat)
         earliest().erase(at);
+    previous().erase(current_mat);
     delete current_mat;  // its next is null: it was the last node
     current_mat = nullptr;
 }

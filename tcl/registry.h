@@ -1,8 +1,9 @@
 // The process-wide registry of laminate materials behind the Tcl commands.
 //
 // A singly linked list of lam_mat nodes in definition order.  Nodes are never
-// removed, except the node of a definition whose record was rejected; nothing
-// frees the list while the process lives.  Several nodes may carry the same
+// removed, except the node of a definition whose record was rejected and a
+// laminate::define definition that a later one of the same name replaced;
+// nothing frees the list while the process lives.  Several nodes may carry the same
 // name.  All interpreters of the process, in every thread, share the one
 // registry: every function below expects the caller to hold the registry
 // lock (RegistryLock), and so does any use of a node's model.
@@ -43,10 +44,9 @@ lam_mat* link_material(lam_mat* node);
 
 // Links node as append_material would and makes it the definition of its
 // name for good: from now on every lookup of the name answers node.  For
-// definitions whose record passed the strict reader.  Returns the node it
-// replaces (null for a name not strictly defined before), which no lookup
-// can reach any more.
-lam_mat* link_strict_material(lam_mat* node);
+// definitions whose record passed the strict reader.  The strict definition
+// it replaces, which no lookup can reach any more, is unlinked and destroyed.
+void link_strict_material(lam_mat* node);
 
 // Destroys every node and puts the registry back as the library loaded it:
 // empty, no cursor, max_layers 0.  For test harnesses that stand for many
