@@ -88,7 +88,7 @@ std::string shown(char const* text)
 // ---- results ---------------------------------------------------------------
 
 // A material as a dict, keys in table order: every value it has (given or
-// by default), or only the given ones.
+// by default, numbers as doubles), or only the given ones, as written.
 Tcl_Obj* materialDict(PlyMaterial const& m, bool givenOnly)
 {
     Tcl_Obj* dict = Tcl_NewDictObj();
@@ -97,7 +97,7 @@ Tcl_Obj* materialDict(PlyMaterial const& m, bool givenOnly)
         if (givenOnly ? !m.given(k) : !m.has(k)) continue;
         PlyMaterial::KeySpec const& spec = PlyMaterial::kKeys[k];
         Tcl_Obj* value;
-        if (spec.kind == PlyMaterial::ONE_OF || spec.kind == PlyMaterial::FREE_TEXT) {
+        if (givenOnly || spec.kind == PlyMaterial::ONE_OF || spec.kind == PlyMaterial::FREE_TEXT) {
             std::string const& text = m.text(k);
             value = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
         } else {
