@@ -183,6 +183,8 @@ bool LayupNotation::readItem(Cursor& at, std::vector<double>& out, int depth)
 
     int const c = peek(at);
     if (c == '(') {
+        if (depth >= kMaxDepth)
+            return refuse(at, "an angle", "groups nest at most " + std::to_string(kMaxDepth) + " deep");
         advance(at);
         std::vector<double> inner;
         if (!readSeq(at, inner, depth + 1)) return false;

@@ -35,6 +35,8 @@ class LayupNotation {
 public:
     // The most plies a layup may expand to: the record's largest layer count.
     static const int kMaxPlies = 10000;
+    // The deepest nesting of groups: the reader recurses once per level.
+    static const int kMaxDepth = 100;
 
     struct Refusal {
         int column = 0;        // counted in characters from 1; 0 when accepted

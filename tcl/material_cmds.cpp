@@ -444,8 +444,11 @@ int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
                         "-thickness");
     }
 
+    // A copy: reading the argument as a list below may change its object.
     int length = 0;
-    char const* text = Tcl_GetStringFromObj(objv[2], &length);
+    char const* raw = Tcl_GetStringFromObj(objv[2], &length);
+    std::string const layup(raw, static_cast<size_t>(length));
+    char const* text = layup.c_str();
     std::vector<LayupPly> plies;
     if (LayupNotation::looksLikeNotation(text, static_cast<size_t>(length))) {
         LayupNotation notation;
@@ -492,7 +495,7 @@ int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
         std::string const layer = std::to_string(why.layer);
         return fail(interp, why.message(), "LAYUP", why.ruleWord(), layer.c_str(), why.material.c_str());
     }
-    info.notation.assign(text, static_cast<size_t>(length));
+    info.notation = layup;
     info.plies = record.plies();
     info.units = record.unitSystem();
     info.record = record.text();

@@ -97,6 +97,12 @@ TEST(LayupNotation, RefusesAtTheColumnWithWhatWasExpected)
         EXPECT_EQ(n.refusal().message(), c.message) << c.text;
         EXPECT_TRUE(n.angles().empty()) << c.text;
     }
+    // Groups nest at most kMaxDepth deep: the 101st "(" is refused.
+    LayupNotation deep;
+    EXPECT_TRUE(deep.parse("[" + std::string(100, '(') + "0" + std::string(100, ')') + "]"));
+    EXPECT_FALSE(deep.parse("[" + std::string(100000, '(')));
+    EXPECT_EQ(deep.refusal().message(),
+              "column 102: expected an angle, got \"(\" (groups nest at most 100 deep)");
     // An angle too large for a double is not finite.
     LayupNotation n;
     EXPECT_FALSE(n.parse("[0/1" + std::string(400, '0') + "]"));
