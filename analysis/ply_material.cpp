@@ -91,7 +91,7 @@ char const* unitName(UnitSystem u)
     return kUnitWords[u == UnitSystem::NmmMPa ? 0 : 1];
 }
 
-PlyMaterial::KeySpec const PlyMaterial::kKeys[kKeyCount] = {
+PlyMaterial::KeyRow const PlyMaterial::kKeys[kKeyCount] = {
     {"E1", POSITIVE_REAL, 0, 0, false, false, nullptr},
     {"E2", POSITIVE_REAL, 0, 0, false, false, nullptr},
     {"nu12", POISSON_RATIO, 0, 0, false, false, nullptr},
@@ -209,15 +209,15 @@ bool PlyMaterial::read(std::vector<std::pair<std::string, std::string>> const& p
 // a refusal that comes later (POISSON) can quote what was written.
 bool PlyMaterial::readValue(Key k, std::string const& value)
 {
-    KeySpec const& spec = kKeys[k];
-    if (spec.kind == FREE_TEXT) {
+    KeyRow const& row = kKeys[k];
+    if (row.kind == FREE_TEXT) {
         text_[k] = value;
         state_[k] = GIVEN;
         return true;
     }
-    if (spec.kind == ONE_OF) {
-        for (int w = 0; spec.words[w] != nullptr; ++w) {
-            if (value == spec.words[w]) {
+    if (row.kind == ONE_OF) {
+        for (int w = 0; row.words[w] != nullptr; ++w) {
+            if (value == row.words[w]) {
                 text_[k] = value;
                 state_[k] = GIVEN;
                 if (k == units) units_ = w == 0 ? UnitSystem::NmmMPa : UnitSystem::NmPa;
@@ -226,25 +226,25 @@ bool PlyMaterial::readValue(Key k, std::string const& value)
                 return true;
             }
         }
-        return refuse(WORD, spec.name, value);
+        return refuse(WORD, row.name, value);
     }
     double v = 0;
     switch (readDecimal(value.data(), value.size(), v)) {
-    case DecimalRead::NotDecimal: return refuse(NUMBER, spec.name, value);
-    case DecimalRead::NotFinite: return refuse(FINITE, spec.name, value);
+    case DecimalRead::NotDecimal: return refuse(NUMBER, row.name, value);
+    case DecimalRead::NotFinite: return refuse(FINITE, row.name, value);
     case DecimalRead::Ok: break;
     }
-    switch (spec.kind) {
+    switch (row.kind) {
     case POSITIVE_REAL:
-        if (!(v > 0.0)) return refuse(POSITIVE, spec.name, value);
+        if (!(v > 0.0)) return refuse(POSITIVE, row.name, value);
         break;
     case NONNEGATIVE_REAL:
-        if (!(v >= 0.0)) return refuse(NONNEGATIVE, spec.name, value);
+        if (!(v >= 0.0)) return refuse(NONNEGATIVE, row.name, value);
         break;
     case BOUNDED_REAL: {
-        bool const above = spec.lowIncluded ? v >= spec.low : v > spec.low;
-        bool const below = spec.highIncluded ? v <= spec.high : v < spec.high;
-        if (!above || !below) return refuse(RANGE, spec.name, value);
+        bool const above = row.lowIncluded ? v >= row.low : v > row.low;
+        bool const below = row.highIncluded ? v <= row.high : v < row.high;
+        if (!above || !below) return refuse(RANGE, row.name, value);
         break;
     }
     default:
@@ -311,7 +311,7 @@ std::string PlyMaterial::Refusal::message() const
     case POSITIVE: what = "must be > 0"; break;
     case NONNEGATIVE: what = "must be >= 0"; break;
     case RANGE: {
-        KeySpec const& s = kKeys[k];
+        KeyRow const& s = kKeys[k];
         auto num = [](double v) {
             std::string t = std::to_string(v);
             t.erase(t.find_last_not_of('0') + 1);
@@ -326,7 +326,7 @@ std::string PlyMaterial::Refusal::message() const
         what = "must keep the ply stiffness positive definite (1 - nu12 nu21 > 0)";
         break;
     case WORD: {
-        KeySpec const& s = kKeys[k];
+        KeyRow const& s = kKeys[k];
         what = "must be ";
         for (int w = 0; s.words[w] != nullptr; ++w) {
             if (w > 0) what += s.words[w + 1] == nullptr ? " or " : ", ";

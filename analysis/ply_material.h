@@ -70,14 +70,14 @@ public:
         FREE_TEXT          // anything
     };
 
-    struct KeySpec {
+    struct KeyRow {
         char const* name;
         Kind kind;
         double low, high;           // BOUNDED_REAL only
         bool lowIncluded, highIncluded;
         char const* const* words;   // ONE_OF only: NULL-terminated
     };
-    static KeySpec const kKeys[kKeyCount];
+    static KeyRow const kKeys[kKeyCount];
 
     // Index of the key named name, or kKeyCount.
     static Key find(std::string const& name);

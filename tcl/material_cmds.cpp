@@ -95,15 +95,15 @@ Tcl_Obj* materialDict(PlyMaterial const& m, bool givenOnly)
     for (int i = 0; i < PlyMaterial::kKeyCount; ++i) {
         PlyMaterial::Key const k = static_cast<PlyMaterial::Key>(i);
         if (givenOnly ? !m.given(k) : !m.has(k)) continue;
-        PlyMaterial::KeySpec const& spec = PlyMaterial::kKeys[k];
+        PlyMaterial::KeyRow const& row = PlyMaterial::kKeys[k];
         Tcl_Obj* value;
-        if (givenOnly || spec.kind == PlyMaterial::ONE_OF || spec.kind == PlyMaterial::FREE_TEXT) {
+        if (givenOnly || row.kind == PlyMaterial::ONE_OF || row.kind == PlyMaterial::FREE_TEXT) {
             std::string const& text = m.text(k);
             value = Tcl_NewStringObj(text.data(), static_cast<int>(text.size()));
         } else {
             value = Tcl_NewDoubleObj(m.number(k));
         }
-        Tcl_DictObjPut(nullptr, dict, Tcl_NewStringObj(spec.name, -1), value);
+        Tcl_DictObjPut(nullptr, dict, Tcl_NewStringObj(row.name, -1), value);
     }
     return dict;
 }
