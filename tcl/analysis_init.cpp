@@ -3,6 +3,7 @@
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
 #include "laminate/tcl/define_cmd.h"
+#include "laminate/tcl/material_cmds.h"
 
 namespace {
 
@@ -19,6 +20,9 @@ const AnalysisCommand analysis_commands[] = {
     {"batch", laminate_batch_cb},
     {"envelope", laminate_envelope_cb},
     {"define", laminate_define_cb},
+    {"material", ply_material_cb},
+    {"layup", laminate_layup_cb},
+    {"describe", laminate_describe_cb},
     {nullptr, nullptr}};
 
 }  // namespace

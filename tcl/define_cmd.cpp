@@ -8,7 +8,42 @@
 
 #include "laminate/laminate/strict_record.h"
 #include "laminate/tcl/analysis_cmds.h"
+#include "laminate/tcl/material_cmds.h"
 #include "laminate/tcl/registry.h"
+
+int define_checked(Tcl_Interp* interp, Tcl_Obj* name, char const* text, size_t length,
+                   std::function<void(lamina1 const&)> const& linked)
+{
+    StrictRecord record;
+    if (!record.read(text, length)) {
+        StrictRecord::Refusal const& why = record.refusal();
+        std::string const message = why.message();
+        std::string const layer = std::to_string(why.layer);
+        Tcl_SetObjResult(interp, Tcl_NewStringObj(message.data(), static_cast<int>(message.size())));
+        Tcl_SetErrorCode(interp, "LAMINATE", "RECORD", why.ruleWord(), layer.c_str(),
+                         why.field.c_str(), static_cast<char*>(nullptr));
+        return TCL_ERROR;
+    }
+
+    // The node is complete before it is linked: the registry changes in one
+    // step.  The record was accepted, so the model's own parser reads it.
+    lam_mat* node = new lam_mat(Tcl_GetString(name));
+    lamina1* lam = node->lamina;
+    lam->LeerCampoMater(record.text(), 1.0, 1.0, 1.0);
+    lam->calcDefinition();
+    {
+        RegistryLock lock;
+        link_strict_material(node);
+        forget_prepared_analysis(node->name);
+        forget_layup(node->name);
+        if (lam->nlayers > max_layers)
+            max_layers = lam->nlayers;
+        if (linked)
+            linked(*lam);
+    }
+    Tcl_ResetResult(interp);
+    return TCL_OK;
+}
 
 // laminate::define name record
 //
@@ -31,30 +66,5 @@ int laminate_define_cb(ClientData, Tcl_Interp* interp, int objc,
     }
     int length = 0;
     char const* text = Tcl_GetStringFromObj(objv[2], &length);
-    StrictRecord record;
-    if (!record.read(text, static_cast<size_t>(length))) {
-        StrictRecord::Refusal const& why = record.refusal();
-        std::string const message = why.message();
-        std::string const layer = std::to_string(why.layer);
-        Tcl_SetObjResult(interp, Tcl_NewStringObj(message.data(), static_cast<int>(message.size())));
-        Tcl_SetErrorCode(interp, "LAMINATE", "RECORD", why.ruleWord(), layer.c_str(),
-                         why.field.c_str(), static_cast<char*>(nullptr));
-        return TCL_ERROR;
-    }
-
-    // The node is complete before it is linked: the registry changes in one
-    // step.  The record was accepted, so the model's own parser reads it.
-    lam_mat* node = new lam_mat(Tcl_GetString(objv[1]));
-    lamina1* lam = node->lamina;
-    lam->LeerCampoMater(record.text(), 1.0, 1.0, 1.0);
-    lam->calcDefinition();
-    {
-        RegistryLock lock;
-        link_strict_material(node);
-        forget_prepared_analysis(node->name);
-        if (lam->nlayers > max_layers)
-            max_layers = lam->nlayers;
-    }
-    Tcl_ResetResult(interp);
-    return TCL_OK;
+    return define_checked(interp, objv[1], text, static_cast<size_t>(length));
 }

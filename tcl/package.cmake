@@ -33,8 +33,11 @@ if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
     [list load [file join @LIBDIR@ $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
+# ::laminate::library names the package folder, where the bundled material
+# library lies.
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
-    [list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
+    \"[list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
+    [list set ::laminate::library [file normalize $dir]]\"
 ")
 
 string(REPLACE "@LIBDIR@" "$dir"
@@ -70,8 +73,24 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
   COMPONENT tcl)
 
+# The bundled material library (laminate::material load bundled) lies beside
+# the index: copied into the build folder, installed into the package folder.
+set(LAMINATE_MATERIAL_LIBRARY ${PROJECT_SOURCE_DIR}/data/materials.lam)
+add_custom_command(
+  OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/materials.lam
+  COMMAND ${CMAKE_COMMAND} -E copy ${LAMINATE_MATERIAL_LIBRARY}
+          ${CMAKE_CURRENT_BINARY_DIR}/materials.lam
+  DEPENDS ${LAMINATE_MATERIAL_LIBRARY}
+  VERBATIM)
+add_custom_target(laminate_material_library ALL
+  DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/materials.lam)
+install(FILES ${LAMINATE_MATERIAL_LIBRARY}
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
+  COMPONENT tcl)
+
 # The command reference and the example travel with the package.
 install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md ${PROJECT_SOURCE_DIR}/doc/analysis.md
+              ${PROJECT_SOURCE_DIR}/doc/materials.md
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/doc
   COMPONENT tcl)
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl

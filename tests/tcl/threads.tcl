@@ -1,7 +1,7 @@
 # Both packages used from four threads at once, each with its own
-# interpreter: they define materials (under names of their own and under one
-# name they all redefine), rate them with every command, and compare what
-# they get with what one thread alone got first.  Run by ctest as its own
+# interpreter: they define materials and layups (under names of their own
+# and under names they all redefine), rate them with every command, and
+# compare what they get with what one thread alone got first.  Run by ctest as its own
 # test (label threads); exits 77, "skipped", where the Thread package is
 # missing.
 #
@@ -57,10 +57,20 @@ set work {
         return $out
     }
 
-    # Defines kind under name (strictly, or through the lenient command for
-    # a name of laminate_material's) and answers for it.
+    # The same plies as a named material, for layups.
+    set ::layups [dict create quasi {[0/±45/90]s} cross {[0/90]s}]
+    proc material {name} {
+        laminate::material $name {E1 161000 E2 11380 nu12 0.32 G12 5170 G13 5170
+            G23 3980 Xc 1600 Yc 200 Xt 2560 Yt 73 S12 90 S23 60 S13 90 t 0.125 sw 1.6e-5}
+    }
+
+    # Defines kind under name (strictly, as a layup, or through the lenient
+    # command for a name of laminate_material's) and answers for it.
     proc round {name kind strict} {
-        if {$strict} {
+        if {$strict eq "layup"} {
+            material ply-$name
+            laminate::layup $name [dict get $::layups $kind] -material ply-$name
+        } elseif {$strict} {
             laminate::define $name [dict get $::records $kind]
         } else {
             laminate_material $name [dict get $::records $kind]
@@ -93,6 +103,12 @@ proc worker {id rounds expected} {
             }
             if {[round shared quasi 1] ne [dict get $expected quasi]} {
                 lappend wrong shared/$i
+            }
+            if {[round layup-@ID@ $kind layup] ne [dict get $expected $kind]} {
+                lappend wrong layup/$i
+            }
+            if {[round shared-layup quasi layup] ne [dict get $expected quasi]} {
+                lappend wrong shared-layup/$i
             }
         }
         set wrong

@@ -1,0 +1,17 @@
+// laminate::material, laminate::layup and laminate::describe: ply materials
+// with named properties, laminates written as stacking sequences of them,
+// and what a layup was made of.
+#ifndef LAMINATE_TCL_MATERIAL_CMDS_H
+#define LAMINATE_TCL_MATERIAL_CMDS_H
+
+#include <tcl.h>
+
+int ply_material_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]);
+int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]);
+// Forgets what laminate::layup recorded for name, when name is defined
+// again.  The caller holds the registry lock.
+void forget_layup(char const* name);
+
+int laminate_describe_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]);
+
+#endif
