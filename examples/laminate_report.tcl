@@ -515,7 +515,7 @@ proc run_cases {opts} {
     if {$path eq "-"} {
         set chan stdin
         set path "standard input"
-    } elseif {[catch {open $path r} chan]} {
+    } elseif {[file isdirectory $path] || [catch {open $path r} chan]} {
         return -code error -errorcode {REPORT CASES} \
             "cannot read load-case file \"$path\""
     } elseif {[file isfile $path]} {

@@ -21,8 +21,9 @@ namespace eval ::lamcases {
     # memory at once: small enough for the progress line to move, large
     # enough for the call to cost nothing.
     variable chunk 2000
-    # Bytes read from the input at once.
-    variable block 1048576
+    # Bytes read from the input at once (split into lines at once, so a
+    # block of empty lines costs a list of that many elements).
+    variable block 262144
     # The longest line read, in bytes (its LF and CR not counted).  A longer
     # line is malformed and is not kept in memory.
     variable maxLine 65536
