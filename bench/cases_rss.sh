@@ -25,7 +25,8 @@ fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# Runs the job on $1 with -bad $2 under GNU time; prints "seconds kilobytes".
+# Runs the job on $1 with -bad $2 under GNU time; prints "seconds
+# cpu-seconds kilobytes" (wall clock, user + system, peak RSS).
 measure() {
     local status=0
     /usr/bin/time -v -o "$work/time.txt" env TCLLIBPATH="$build" \
@@ -41,21 +42,22 @@ measure() {
             n = split($2, t, ":"); s = 0
             for (i = 1; i <= n; i++) s = s * 60 + t[i]
         }
+        /User time \(seconds\)|System time \(seconds\)/ { cpu += $2 }
         /Maximum resident set size/ { kb = $2 }
-        END { print s, kb }' "$work/time.txt"
+        END { print s, cpu, kb }' "$work/time.txt"
 }
 
 tclsh examples/make_cases.tcl "$rows" 1 >"$work/cases.csv"
 bytes=$(stat -c %s "$work/cases.csv")
-read -r seconds kb < <(measure "$work/cases.csv" stop)
+read -r seconds cpu kb < <(measure "$work/cases.csv" stop)
 written=$(($(wc -l <"$work/results.csv") - 1))
 if [ "$written" -ne "$rows" ]; then
     echo "bench/cases_rss.sh: $written result rows for $rows cases" >&2
     exit 1
 fi
-awk -v r="$rows" -v b="$bytes" -v s="$seconds" -v kb="$kb" 'BEGIN {
-    printf "%d rows (%.1f MB): %.1f s, %.0f rows/s, peak RSS %.1f MB\n",
-        r, b / 1e6, s, (s > 0 ? r / s : 0), kb / 1024 }'
+awk -v r="$rows" -v b="$bytes" -v s="$seconds" -v c="$cpu" -v kb="$kb" 'BEGIN {
+    printf "%d rows (%.1f MB): %.1f s, %.0f rows/s (CPU %.1f s, %.0f rows per CPU second), peak RSS %.1f MB\n",
+        r, b / 1e6, s, (s > 0 ? r / s : 0), c, (c > 0 ? r / c : 0), kb / 1024 }'
 
 if [ "$long_mb" -gt 0 ]; then
     {
@@ -65,7 +67,7 @@ if [ "$long_mb" -gt 0 ]; then
         echo
         echo b,1,0,0,0,0,0,0,0
     } >"$work/long.csv"
-    read -r seconds kb < <(measure "$work/long.csv" skip)
+    read -r seconds cpu kb < <(measure "$work/long.csv" skip)
     awk -v m="$long_mb" -v s="$seconds" -v kb="$kb" 'BEGIN {
         printf "one %d MB line: %.1f s, peak RSS %.1f MB\n", m, s, kb / 1024 }'
 fi

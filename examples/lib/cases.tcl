@@ -185,46 +185,74 @@ proc ::lamcases::readHeader {text lineNo} {
     return $columns
 }
 
+# What a row is read with, from the header: the column names in field
+# order (for messages), the field positions of N1 ... Q2, and that of id
+# (-1 when there is none).
+proc ::lamcases::layout {header} {
+    variable loadNames
+    set names [lrepeat [dict size $header] ""]
+    dict for {name position} $header {
+        lset names $position $name
+    }
+    set idAt -1
+    if {[dict exists $header id]} {
+        set idAt [dict get $header id]
+    }
+    list $names [lmap name $loadNames {dict get $header $name}] $idAt
+}
+
 # One data line as {line id loads error}: loads the 8 values in the order
 # N1 ... Q2, or error the reason the row is malformed (loads then empty,
-# and id too when the line could not be split).
-proc ::lamcases::readRow {text lineNo header names} {
+# and id too when the line could not be split).  The common line (no
+# quote, no blank, ASCII, good numbers) takes the shortest way.
+proc ::lamcases::readRow {text lineNo layout} {
     variable loadNames
-    set why [badBytes $text]
-    if {$why ne ""} {
-        return [list $lineNo "" {} $why]
+    variable decimal
+    lassign $layout names positions idAt
+    if {[string first \0 $text] >= 0 || [regexp {[\x80-\xff]} $text]} {
+        set why [badBytes $text]
+        if {$why ne ""} {
+            return [list $lineNo "" {} $why]
+        }
     }
-    lassign [fields $text $names] fields why
-    if {$why ne ""} {
-        return [list $lineNo "" {} $why]
+    if {[string first \" $text] >= 0} {
+        lassign [fields $text $names] fields why
+        if {$why ne ""} {
+            return [list $lineNo "" {} $why]
+        }
+    } elseif {[regexp {[ \t]} $text]} {
+        set fields [lmap f [split $text ,] {string trim $f " \t"}]
+    } else {
+        set fields [split $text ,]
     }
     # (Never through expr: an id may read as a number, "nan(1)" among them.)
     set id ""
-    if {[dict exists $header id]} {
-        set id [lindex $fields [dict get $header id]]
+    if {$idAt >= 0} {
+        set id [lindex $fields $idAt]
     }
-    if {[llength $fields] != [dict size $header]} {
+    if {[llength $fields] != [llength $names]} {
         return [list $lineNo $id {} "[llength $fields] fields where the header has\
-            [dict size $header]"]
+            [llength $names]"]
     }
     set loads {}
-    foreach name $loadNames {
-        set text [lindex $fields [dict get $header $name]]
+    foreach name $loadNames at $positions {
+        set text [lindex $fields $at]
+        if {[regexp $decimal $text]} {
+            # Decimal, so scan reads it as strtod does (never as octal).
+            scan $text %g value
+            if {abs($value) < Inf} {
+                lappend loads $value
+                continue
+            }
+        }
         if {$text eq ""} {
             return [list $lineNo $id {} "$name: empty"]
         }
-        switch -- [number $text value] {
-            "" {
-                lappend loads $value
-            }
-            FINITE {
-                return [list $lineNo $id {} "$name: must be finite, got \"[shown $text]\""]
-            }
-            default {
-                return [list $lineNo $id {} "$name: must be a decimal number,\
-                    got \"[shown $text]\""]
-            }
+        if {[number $text value] eq "FINITE"} {
+            return [list $lineNo $id {} "$name: must be finite, got \"[shown $text]\""]
         }
+        return [list $lineNo $id {} "$name: must be a decimal number,\
+            got \"[shown $text]\""]
     }
     list $lineNo $id $loads ""
 }
@@ -273,7 +301,7 @@ proc ::lamcases::stream {chan material out bad onBad progress} {
     variable loadNames
     fconfigure $chan -translation binary
     set job [dict create material $material out $out mode $bad onBad $onBad \
-        header {} names {} pending {} good 0 rating 1 \
+        header {} layout {} pending {} good 0 rating 1 \
         hasId 0 cases 0 bad 0]
     foreach c $criteria {
         dict set job lowest.$c {}
@@ -338,7 +366,7 @@ proc ::lamcases::stream {chan material out bad onBad progress} {
     if {$progress ne ""} {
         {*}$progress [dict get $job cases] $bytes 1
     }
-    dict remove $job material out mode onBad header names pending good rating
+    dict remove $job material out mode onBad header layout pending good rating
 }
 
 # Takes one line (bytes, without its line end; "\n" for one too long) into
@@ -359,17 +387,12 @@ proc ::lamcases::take {jobVar lineNo text} {
         if {![dict size [dict get $job header]]} {
             set header [readHeader $text $lineNo]
             dict set job header $header
-            # The column names in field order, for messages.
-            set names [lrepeat [dict size $header] ""]
-            dict for {name position} $header {
-                lset names $position $name
-            }
-            dict set job names $names
+            dict set job layout [layout $header]
             dict set job hasId [dict exists $header id]
             puts -nonewline [dict get $job out] "[join [header [dict get $job hasId]] ,]\n"
             return
         }
-        set row [readRow $text $lineNo [dict get $job header] [dict get $job names]]
+        set row [readRow $text $lineNo [dict get $job layout]]
     }
     if {![dict size [dict get $job header]]} {
         fail "line $lineNo: [lindex $row 3]"
