@@ -26,6 +26,9 @@
 #                 default, for standard output).  -bad stop (the default)
 #                 refuses a table with malformed rows, listing them all;
 #                 -bad skip reports them and writes them with empty results.
+# The record is read by laminate::define, which refuses any record it cannot
+# vouch for.  Loads, on the command line as in a table, are decimal numbers
+# ([+-]digits[.digits][e[+-]digits]), finite: "010" is ten.
 # The package takes the record and the loads in whatever consistent units
 # they are written in; the bundled ones use N, mm and MPa (see below).
 #
@@ -37,6 +40,7 @@ package require laminate::analysis 1.0
 
 set libDir [file join [file dirname [file normalize [info script]]] lib]
 source [file join $libDir html.tcl]
+source [file join $libDir cases.tcl]
 
 # --- The bundled laminate ---------------------------------------------------
 #
@@ -197,6 +201,10 @@ proc parse_args {argv} {
     if {$recordPath eq "-" && [dict get $opts cases] eq "-"} {
         usage "-record - and -cases - cannot both read standard input"
     }
+    if {[dict get $opts cases] ne ""} {
+        check_out [dict get $opts out] [list [dict get $opts cases] $recordPath]
+    }
+    dict set opts loads [parse_loads [dict get $opts loads]]
     if {$recordPath ne ""} {
         dict set opts record [read_record $recordPath]
         dict set opts source $recordPath
@@ -204,7 +212,90 @@ proc parse_args {argv} {
             dict set opts units {{} {}}
         }
     }
+    if {[dict get $opts cases] ne ""} {
+        open_out [dict get $opts out]
+    }
     return $opts
+}
+
+# The 8 loads, each read as a load of a table is read (a finite decimal
+# number), written back in their shortest exact form ("010" gives 10).
+proc parse_loads {words} {
+    if {[catch {llength $words} n] || $n != 8} {
+        return -code error -errorcode {REPORT LOADS} "loads: expected 8 values\
+            N1 N2 N12 M1 M2 M12 Q1 Q2, got \"$words\""
+    }
+    lmap name $::lamcases::loadNames word $words {
+        switch -- [::lamcases::number $word value] {
+            "" {}
+            FINITE {
+                return -code error -errorcode {REPORT LOADS} \
+                    "loads: $name must be finite, got \"$word\""
+            }
+            default {
+                return -code error -errorcode {REPORT LOADS} \
+                    "loads: $name must be a decimal number, got \"$word\""
+            }
+        }
+        expr {$value == floor($value) && abs($value) < 1e15
+            ? [format %.0f $value] : $value}
+    }
+}
+
+# Refuses, as a usage error, an -out that names a folder, something that is
+# not a plain file, or one of the inputs (the same file by any path).
+proc check_out {out inputs} {
+    if {$out eq "-"} {
+        return
+    }
+    if {[file isdirectory $out]} {
+        usage "-out \"$out\" is a folder: name the results file"
+    }
+    if {[file exists $out] && [file stat $out st] eq "" && $st(type) ne "file"} {
+        usage "-out \"$out\" is not a plain file (-out - writes to standard output)"
+    }
+    foreach input $inputs {
+        if {$input in {"" -}} continue
+        set same [expr {[file normalize $input] eq [file normalize $out]}]
+        if {!$same && [file exists $input] && [file exists $out]} {
+            file stat $input a
+            file stat $out b
+            set same [expr {$a(dev) == $b(dev) && $a(ino) == $b(ino)}]
+        }
+        if {$same} {
+            usage "-out \"$out\" is the input file \"$input\": the results\
+                would replace it"
+        }
+    }
+}
+
+# Opens the temporary file the results of -cases are written to: beside the
+# results file (renamed onto it at the end), or anywhere for standard
+# output (copied there at the end).  A place that cannot be written is a
+# usage error, found before any work.  Sets ::outTmp to its path and
+# ::outChan to the channel.
+proc open_out {out} {
+    if {$out eq "-"} {
+        set chan [file tempfile ::outTmp laminate_report]
+    } else {
+        set ::outTmp $out.tmp[pid]
+        if {[catch {open $::outTmp {WRONLY CREAT EXCL}} chan options]} {
+            set reason [lindex [dict get $options -errorcode] end]
+            unset ::outTmp
+            usage "-out \"$out\" cannot be written: $reason"
+        }
+    }
+    fconfigure $chan -translation binary
+    set ::outChan $chan
+}
+
+# Removes the temporary results file of a run that failed.
+proc discard_out {} {
+    if {[info exists ::outTmp]} {
+        catch {close $::outChan}
+        file delete $::outTmp
+        unset ::outTmp
+    }
 }
 
 # --- The report -------------------------------------------------------------
@@ -415,20 +506,32 @@ proc write_html {opts evaluation pictures} {
     write_file [dict get $opts html] [::lamhtml::page $info]
 }
 
-# Rates the table of load cases; see lib/cases.tcl for its form.
+# Rates the table of load cases; see lib/cases.tcl for its form.  The
+# results go to the temporary file open_out opened, and only a run that
+# succeeds puts them in place.
 proc run_cases {opts} {
-    source [file join $::libDir cases.tcl]
     set path [dict get $opts cases]
+    set size 0
     if {$path eq "-"} {
         set chan stdin
         set path "standard input"
-    } elseif {[catch {open $path r} chan]} {
+    } elseif {[file isdirectory $path] || [catch {open $path r} chan]} {
         return -code error -errorcode {REPORT CASES} \
             "cannot read load-case file \"$path\""
+    } elseif {[file isfile $path]} {
+        set size [file size $path]
     }
-    fconfigure $chan -encoding utf-8
+    set stop [expr {[dict get $opts bad] eq "stop"}]
+    set onBad [list apply {{path stop line message} {
+        puts stderr "laminate_report: $path: line $line: $message[expr {$stop ? "" : " (skipped)"}]"
+    }} $path $stop]
+    set progress {}
+    if {[::lamcases::stderrIsTerminal]} {
+        set progress [list ::lamcases::showProgress [clock milliseconds] $size]
+    }
     try {
-        set table [::lamcases::read $chan]
+        set stats [::lamcases::stream $chan report $::outChan [dict get $opts bad] \
+            $onBad $progress]
     } trap {REPORT CASES} message {
         return -code error -errorcode {REPORT CASES} "$path: $message"
     } finally {
@@ -436,54 +539,41 @@ proc run_cases {opts} {
             close $chan
         }
     }
-    set bad [lmap row [dict get $table rows] {
-        lassign $row line id loads error
-        if {$error eq ""} continue
-        string cat "$path: line $line: $error"
-    }]
-    set stop [expr {[dict get $opts bad] eq "stop"}]
-    foreach message $bad {
-        puts stderr "laminate_report: $message[expr {$stop ? "" : " (skipped)"}]"
-    }
-    if {[llength $bad] && $stop} {
+    set cases [dict get $stats cases]
+    set bad [dict get $stats bad]
+    if {$bad && $stop} {
         return -code error -errorcode {REPORT CASES} \
-            "[llength $bad] malformed row[expr {[llength $bad] > 1 ? "s" : ""}]:\
+            "$bad malformed row[expr {$bad > 1 ? "s" : ""}]:\
             nothing rated, nothing written (-bad skip rates the other rows)"
     }
-    set progress {}
-    if {[::lamcases::stderrIsTerminal]} {
-        set progress [list ::lamcases::showProgress [clock milliseconds]]
-    }
-    set results [::lamcases::run report [dict get $table rows] $progress]
     set out [dict get $opts out]
+    close $::outChan
     if {$out eq "-"} {
-        ::lamcases::write $table $results stdout
+        set chan [open $::outTmp r]
+        fconfigure $chan -translation binary
+        fconfigure stdout -translation binary
+        fcopy $chan stdout
+        close $chan
+        file delete $::outTmp
         set report stderr
     } else {
-        write_through $out [list ::lamcases::write $table $results]
+        file rename -force $::outTmp $out
         set report stdout
     }
-    set rated [expr {[llength $results] - [llength $bad]}]
-    set line "[llength $results] load case[expr {[llength $results] == 1 ? "" : "s"}]\
-        from $path: $rated rated"
-    if {[llength $bad]} {
-        append line ", [llength $bad] malformed (skipped)"
+    unset ::outTmp
+    set line "$cases load case[expr {$cases == 1 ? "" : "s"}] from $path:\
+        [expr {$cases - $bad}] rated"
+    if {$bad} {
+        append line ", $bad malformed (skipped)"
     }
-    puts $report "$line; results in [expr {$out eq "-" ? "standard output" : $out}]"
+    if {$out eq "-"} {
+        set out "standard output"
+    }
+    puts $report "$line; results in $out"
     foreach c {tsaiwu hashin larc04} {
-        set lowest {}
-        set below 0
-        foreach row [dict get $table rows] result $results {
-            if {$result eq ""} continue
-            set f [dict get $result $c factor]
-            if {$f < 1} {
-                incr below
-            }
-            if {![llength $lowest] || $f < [lindex $lowest 0]} {
-                set lowest [list $f [lindex $row 0]]
-            }
-        }
+        set lowest [dict get $stats lowest.$c]
         if {[llength $lowest]} {
+            set below [dict get $stats below.$c]
             puts $report [format "  %-8s lowest factor %s (line %d); %d case%s below 1" \
                 [dict get $::lamsvg::criterionTitle $c] [format_factor [lindex $lowest 0]] \
                 [lindex $lowest 1] $below [expr {$below == 1 ? "" : "s"}]]
@@ -493,7 +583,14 @@ proc run_cases {opts} {
 
 proc report {opts} {
     set loads [dict get $opts loads]
-    laminate_material report [dict get $opts record]
+    if {[catch {laminate::define report [dict get $opts record]} message options]} {
+        dict set options -level 0
+        set source [dict get $opts source]
+        if {$source eq "-"} {
+            set source "from standard input"
+        }
+        return -options $options "record $source: $message"
+    }
     if {[dict get $opts cases] ne ""} {
         run_cases $opts
         if {[dict get $opts svg] eq "" && [dict get $opts html] eq ""} {
@@ -533,6 +630,7 @@ proc report {opts} {
 # Errors of the package, of the input and of files come back as plain
 # messages; anything else is a fault of this script and keeps its trace.
 if {[catch {report [parse_args $argv]} message options]} {
+    discard_out
     set code [dict get $options -errorcode]
     if {[lrange $code 0 1] eq {POSIX EPIPE}} {
         exit 0  ;# the reader went away (report piped into head)
