@@ -7,7 +7,7 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev libboost-dev
-          tcllib libxml2-utils tcl-thread)
+          tcllib libxml2-utils tcl-thread time)
 # Manual pages (dtplite, groff, man), pkg-config and the Debian package tools.
 packages+=(groff-base man-db pkgconf dpkg-dev)
 # With --fuzz (scripts/fuzz.sh), also clang with its libFuzzer runtime and
