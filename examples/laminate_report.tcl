@@ -4,17 +4,29 @@
 # first-ply failure of a whole table of load cases.
 #
 # Usage:
-#   tclsh laminate_report.tcl ?-record FILE? ?-units "FORCE LENGTH"?
+#   tclsh laminate_report.tcl ?-layup NOTATION? ?-material NAME? ?-thickness T?
+#       ?-materials FILE? ?-record FILE? ?-units "FORCE LENGTH"?
 #       ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?
 #       ?-svg DIR? ?-html FILE? ?-plane "I J"? ?-points N?
 #       ?-cases FILE.csv ?-out FILE.csv? ?-bad stop|skip??
 #
-# Without options it rates the bundled quasi-isotropic carbon/epoxy stack
-# [0/45/-45/90]s under the bundled load case and prints the tables.
+# Without options it rates the bundled quasi-isotropic stack [0/±45/90]s of
+# the bundled material IM-carbon/epoxy under the bundled load case and
+# prints the tables.
+#   -layup NOTATION  the stacking sequence, as laminate::layup reads it
+#                 ("[0/±45/90]s", "[0_2/90]2s", or a list of {MATERIAL ANGLE
+#                 ?T?} plies); its plies are of -material (default
+#                 IM-carbon/epoxy) unless the list names their materials.
+#   -material NAME   a ply material of the bundled library or of -materials;
+#                 alone, it makes the bundled stack of that material.
+#   -thickness T  the ply thickness, for materials that give none.
+#   -materials FILE  a material library to load besides the bundled one
+#                 (doc/materials.md gives the format).
 #   -record FILE  a material record (see doc/commands.md), "-" for standard
-#                 input; "#" starts a comment that runs to the end of the line.
-#   -units "F L"  the record's force and length units, for the labels
-#                 (default "N mm" for the bundled record, none for a file).
+#                 input; "#" starts a comment that runs to the end of the
+#                 line.  Not with -layup or -material.
+#   -units "F L"  the force and length units, for the labels (default: those
+#                 of the material's unit system; none for a record file).
 #   -loads LIST   the 8 load resultants as one list; they may also be given
 #                 as 8 bare numbers.
 #   -svg DIR      writes profile.svg, ratings.svg and envelope.svg there.
@@ -44,56 +56,31 @@ source [file join $libDir cases.tcl]
 
 # --- The bundled laminate ---------------------------------------------------
 #
-# Units: force N, length mm, so stresses and moduli in MPa (N/mm^2), the ply
-# thickness in mm and the specific weight in N/mm^3.  Every number of the
-# record is taken as written (no unit conversion), so the loads must use the
-# same units: N/mm for the membrane and transverse shear resultants, N*mm/mm
-# for the moments.
-#
-# The ply: a typical intermediate-modulus carbon fibre / toughened epoxy
-# unidirectional prepreg, 60 % fibre volume, cured ply thickness 0.125 mm.
-# With lengths in mm every ply is above the criteria's thin-ply limit of
-# 0.0007 length units, so the LaRC04 in-situ strengths are the thick-ply ones
-# (sqrt 2 * S12, 1.12 sqrt 2 * Yt), and the fields S23 and S13 act as the
-# transverse shear strengths throughout.
-set ply {
-    E1   161000   E2  11400   nu12 0.32
-    G12    5170   G13  5170   G23  3980
-    Xc     1590   Yc    185   Xt   2560   Yt 73   S12 90
-    S23      57   S13    90
-    spare     0
-    t     0.125
-    sw  1.54e-5
-    flag      1
-}
-# Field order of one layer of a record (the angle goes between spare and t).
-set fieldOrder {E1 E2 nu12 G12 G13 G23 Xc Yc Xt Yt S12 S23 S13 spare angle t sw flag}
-# Stacking sequence, layer 1 first (layer 1 lies at the lowest z).
-set stack {0 45 -45 90 90 -45 45 0}
+# A quasi-isotropic stack of the bundled material IM-carbon/epoxy (a typical
+# intermediate-modulus carbon fibre / toughened epoxy prepreg, 60 % fibre
+# volume, cured ply thickness 0.125 mm; data/materials.lam).  Units: force
+# N, length mm, so stresses and moduli in MPa (N/mm^2).  The loads must use
+# the same units: N/mm for the membrane and transverse shear resultants,
+# N*mm/mm for the moments.  With lengths in mm every ply is above the
+# criteria's thin-ply limit of 0.0007 length units, so the LaRC04 in-situ
+# strengths are the thick-ply ones (sqrt 2 * S12, 1.12 sqrt 2 * Yt), and S23
+# and S13 act as the transverse shear strengths throughout.  Layer 1 (the
+# first ply written) lies at the lowest z.
+set defaultLayup {[0/±45/90]s}
+set defaultMaterial IM-carbon/epoxy
 
 # The bundled load case: biaxial tension with in-plane shear, bending and
 # twisting moments, and transverse shear.
 #   N1 N2 N12 [N/mm]   M1 M2 M12 [N*mm/mm]   Q1 Q2 [N/mm]
 set defaultLoads {300 100 40   10 0 3   6 3}
 
-set usageText {usage: tclsh laminate_report.tcl ?-record FILE? ?-units "FORCE LENGTH"?
+set usageText {usage: tclsh laminate_report.tcl ?-layup NOTATION? ?-material NAME? ?-thickness T?
+       ?-materials FILE? ?-record FILE? ?-units "FORCE LENGTH"?
        ?-loads LIST | N1 N2 N12 M1 M2 M12 Q1 Q2?
        ?-svg DIR? ?-html FILE? ?-plane "I J"? ?-points N?
        ?-cases FILE.csv ?-out FILE.csv? ?-bad stop|skip??}
 
 # --- Building the inputs ----------------------------------------------------
-
-proc default_record {} {
-    global ply fieldOrder stack
-    set record [llength $stack]
-    foreach angle $stack {
-        set layer [dict replace $ply angle $angle]
-        foreach field $fieldOrder {
-            lappend record [dict get $layer $field]
-        }
-    }
-    return $record
-}
 
 # The record text of a file ("-" for standard input), comments removed.
 proc read_record {path} {
@@ -141,15 +128,16 @@ proc parse_plane {text} {
 # Returns a dict of the options, the record text and the loads.
 proc parse_args {argv} {
     global defaultLoads
-    set opts [dict create record [default_record] loads $defaultLoads \
-        source "bundled \[0/45/-45/90\]s carbon/epoxy" units {N mm} \
+    set opts [dict create record "" layup "" material "" thickness "" \
+        materials "" loads $defaultLoads units "" \
         svg "" html "" plane {1 2} points 72 cases "" out - bad stop]
     set bare {}
     set recordPath ""
     set unitsGiven 0
     while {[llength $argv]} {
         set argv [lassign $argv word]
-        if {$word in {-record -units -loads -svg -html -plane -points -cases -out -bad}} {
+        if {$word in {-record -units -loads -svg -html -plane -points -cases -out -bad
+                      -layup -material -thickness -materials}} {
             if {![llength $argv]} {
                 usage "$word needs a value"
             }
@@ -167,7 +155,9 @@ proc parse_args {argv} {
                 set unitsGiven 1
             }
             -loads { dict set opts loads $value }
-            -svg - -html - -cases - -out { dict set opts [string range $word 1 end] $value }
+            -svg - -html - -cases - -out - -layup - -material - -thickness - -materials {
+                dict set opts [string range $word 1 end] $value
+            }
             -plane { dict set opts plane [parse_plane $value] }
             -points {
                 if {![string is integer -strict $value] || $value < 3} {
@@ -205,11 +195,29 @@ proc parse_args {argv} {
         check_out [dict get $opts out] [list [dict get $opts cases] $recordPath]
     }
     dict set opts loads [parse_loads [dict get $opts loads]]
+    if {$recordPath ne "" && ([dict get $opts layup] ne "" || [dict get $opts material] ne "")} {
+        usage "-record cannot be given with -layup or -material"
+    }
     if {$recordPath ne ""} {
         dict set opts record [read_record $recordPath]
         dict set opts source $recordPath
         if {!$unitsGiven} {
             dict set opts units {{} {}}
+        }
+    } else {
+        set defaults [dict create layup $::defaultLayup material $::defaultMaterial]
+        dict for {key value} $defaults {
+            if {[dict get $opts $key] eq ""} {
+                dict set opts $key $value
+            }
+        }
+        set layup [dict get $opts layup]
+        dict set opts source "$layup of [dict get $opts material]"
+        if {$layup eq $::defaultLayup && [dict get $opts material] eq $::defaultMaterial} {
+            dict set opts source "bundled $layup of $::defaultMaterial"
+        }
+        if {!$unitsGiven} {
+            dict set opts units ""
         }
     }
     if {[dict get $opts cases] ne ""} {
@@ -581,16 +589,46 @@ proc run_cases {opts} {
     }
 }
 
+# Defines the laminate "report" from the layup or the record of opts and
+# returns opts with the units of its plies when none were named.
+proc define_laminate {opts} {
+    if {[dict get $opts record] ne ""} {
+        if {[catch {laminate::define report [dict get $opts record]} message options]} {
+            dict set options -level 0
+            set source [dict get $opts source]
+            if {$source eq "-"} {
+                set source "from standard input"
+            }
+            return -options $options "record $source: $message"
+        }
+        return $opts
+    }
+    laminate::material load bundled
+    if {[dict get $opts materials] ne ""} {
+        laminate::material load [dict get $opts materials]
+    }
+    set layup [dict get $opts layup]
+    set args {}
+    if {[string index [string trimleft $layup] 0] eq "\["} {
+        lappend args -material [dict get $opts material]
+    }
+    if {[dict get $opts thickness] ne ""} {
+        lappend args -thickness [dict get $opts thickness]
+    }
+    if {[catch {laminate::layup report $layup {*}$args} message options]} {
+        dict set options -level 0
+        return -options $options "layup $layup: $message"
+    }
+    if {[dict get $opts units] eq ""} {
+        set units [dict get [laminate::describe report] units]
+        dict set opts units [expr {$units eq "N-m-Pa" ? {N m} : {N mm}}]
+    }
+    return $opts
+}
+
 proc report {opts} {
     set loads [dict get $opts loads]
-    if {[catch {laminate::define report [dict get $opts record]} message options]} {
-        dict set options -level 0
-        set source [dict get $opts source]
-        if {$source eq "-"} {
-            set source "from standard input"
-        }
-        return -options $options "record $source: $message"
-    }
+    set opts [define_laminate $opts]
     if {[dict get $opts cases] ne ""} {
         run_cases $opts
         if {[dict get $opts svg] eq "" && [dict get $opts html] eq ""} {
