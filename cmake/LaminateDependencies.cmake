@@ -2,9 +2,10 @@
 # configure time.  A missing one stops the configure step with the Debian
 # package that brings it; scripts/deps.sh installs every one of them.
 
-function(laminate_missing what package)
-  message(FATAL_ERROR "${what} not found: install the Debian package "
-    "${package} (scripts/deps.sh installs everything the build needs)")
+function(laminate_missing what)
+  list(JOIN ARGN " " packages)
+  message(FATAL_ERROR "${what} not found: apt-get install ${packages} "
+    "(Debian; scripts/deps.sh installs everything the build needs)")
 endfunction()
 
 # Tcl: the headers and the stub library the extension links (FindTclStub
@@ -43,7 +44,7 @@ endif()
 if(NOT DEFINED BUILD_TESTING OR BUILD_TESTING)
   find_package(GTest CONFIG QUIET)
   if(NOT GTest_FOUND)
-    laminate_missing("GoogleTest (GTestConfig.cmake)" "libgtest-dev and libgmock-dev")
+    laminate_missing("GoogleTest (GTestConfig.cmake)" libgtest-dev libgmock-dev)
   endif()
 endif()
 if(LAMINATE_BUILD_BENCH)
