@@ -1,17 +1,24 @@
-# What `cmake --install` lays out for C++ users of the library, relative to
-# the prefix:
+# What `cmake --install` lays out, relative to the prefix (<libdir> is
+# lib/<multiarch triplet> on Debian, lib elsewhere; CMakeLists.txt):
 #
-#   lib/liblaminate1.0.so            the one installed copy of the library
+#   <libdir>/liblaminate1.0.so.1.0.0 the one installed copy of the library,
+#                                    with the links liblaminate1.0.so.1 (its
+#                                    soname) and liblaminate1.0.so
 #   lib/tcltk/Laminate1.0/           the Tcl package folder (tcl/package.cmake);
 #                                    its pkgIndex.tcl loads the library above
 #                                    by a path relative to itself
 #   include/laminate/<floor>/*.h     the public headers
-#   lib/cmake/Laminate/              find_package(Laminate) files
-#   lib/pkgconfig/laminate.pc        for pkg-config
+#   <libdir>/cmake/Laminate/         find_package(Laminate) files
+#   <libdir>/pkgconfig/laminate.pc   for pkg-config
+#   share/man/man3/*.3tcl.gz         the manual pages (doc/man)
+#   share/doc/Laminate/              the documentation
 #
 # Every file that points at another does so relative to its own place, so
-# the installed tree can be moved as a whole.
+# the installed tree can be moved as a whole.  Each rule names the install
+# component, and so the Debian package, its files belong to
+# (cmake/LaminateDebian.cmake).
 
+include(${CMAKE_CURRENT_LIST_DIR}/LaminateDebian.cmake)
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -46,8 +53,14 @@ endforeach()
 target_include_directories(laminate PUBLIC
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
+# The library and its soname link are the runtime; the bare .so link, which
+# only a linker reads, goes with the development files.  A shared library
+# is not a program: no execute bits.
 install(TARGETS laminate EXPORT LaminateTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT tcl)
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
+  COMPONENT runtime
+  NAMELINK_COMPONENT dev)
 install(EXPORT LaminateTargets
   NAMESPACE Laminate::
   FILE LaminateTargets.cmake
@@ -80,3 +93,9 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/laminate.pc.in
 install(FILES ${PROJECT_BINARY_DIR}/cmake/laminate.pc
   DESTINATION ${LAMINATE_PKGCONFIG_INSTALL_DIR}
   COMPONENT dev)
+
+# The command reference, the report job's guide and its pictures, and this
+# build's packaging notes.
+file(GLOB _laminate_docs CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/doc/*.md ${PROJECT_SOURCE_DIR}/doc/*.svg)
+laminate_install_docs(FILES ${_laminate_docs})

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, only those that are missing.
-# The optional ones (a headless browser for the browser test, which skips
-# without it) are tried too; failing to get them is only a warning.  Set
-# LAMINATE_NO_OPTIONAL=1 not to try.
+# The optional ones (a headless browser for the browser test, lintian for the
+# Debian packages' check; both tests skip without them) are tried too;
+# failing to get them is only a warning.  Set LAMINATE_NO_OPTIONAL=1 not to
+# try.
 # Usage: scripts/deps.sh [--fuzz]
 set -euo pipefail
 
@@ -15,7 +16,7 @@ packages+=(groff-base man-db pkgconf dpkg-dev)
 if [ "${1:-}" = "--fuzz" ]; then
     packages+=(clang libclang-rt-14-dev llvm)
 fi
-optional=(chromium-headless-shell)
+optional=(chromium-headless-shell lintian)
 [ "${LAMINATE_NO_OPTIONAL:-0}" = 1 ] && optional=()
 
 installed() {

@@ -3,11 +3,13 @@
 # (TCLLIBPATH=<build> tclsh finds "package require Laminate"), and install
 # rules for the package folder <prefix>/lib/tcltk/Laminate1.0.
 #
-# The library itself is installed once, in <prefix>/lib, where C++ programs
-# link it (cmake/LaminateInstall.cmake).  Both indexes find it relative to
-# $dir: beside the index in the build folder, two levels up once installed,
-# so a moved prefix keeps working.  The companion's link (below) lies beside
-# the index in both.
+# The library itself is installed once, in <prefix>/<libdir>, where C++
+# programs link it (cmake/LaminateInstall.cmake).  Both indexes load it by
+# its soname (liblaminate1.0.so.1, in the runtime package, unlike the bare
+# liblaminate1.0.so link that only the development files hold) and find it
+# relative to $dir: beside the index in the build folder, by the relative
+# path from the package folder to <libdir> once installed, so a moved prefix
+# keeps working.  The companion's link (below) lies beside the index in both.
 
 set(LAMINATE_TCL_PACKAGE Laminate)
 set(LAMINATE_TCL_VERSION ${PROJECT_VERSION})
@@ -19,7 +21,7 @@ set(LAMINATE_TCL_DIRNAME ${LAMINATE_TCL_PACKAGE}${LAMINATE_TCL_VERSION})
 # packages share one library and one material registry.
 set(LAMINATE_ANALYSIS_LINK liblaminate_analysis${LAMINATE_TCL_VERSION}.so)
 add_custom_command(TARGET laminate POST_BUILD
-  COMMAND ${CMAKE_COMMAND} -E create_symlink $<TARGET_FILE_NAME:laminate>
+  COMMAND ${CMAKE_COMMAND} -E create_symlink $<TARGET_SONAME_FILE_NAME:laminate>
           $<TARGET_FILE_DIR:laminate>/${LAMINATE_ANALYSIS_LINK}
   VERBATIM)
 
@@ -31,7 +33,7 @@ set(_laminate_pkgindex
 # plain \"8.3\" form of vsatisfies, which every 8.x interpreter reads.
 if {![package vsatisfies [package provide Tcl] 8.3]} {return}
 package ifneeded ${LAMINATE_TCL_PACKAGE} ${LAMINATE_TCL_VERSION} \\
-    [list load [file join @LIBDIR@ $<TARGET_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
+    [list load [file join @LIBDIR@ $<TARGET_SONAME_FILE_NAME:laminate>] ${LAMINATE_TCL_PACKAGE}]
 if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 # ::laminate::library names the package folder, where the bundled material
 # library lies.
@@ -60,9 +62,10 @@ file(GENERATE
   OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/install/pkgIndex.tcl
   CONTENT "${_laminate_install_pkgindex}")
 get_target_property(_laminate_output_name laminate OUTPUT_NAME)
+get_target_property(_laminate_soversion laminate SOVERSION)
 file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/install)
 file(CREATE_LINK
-  ${_laminate_index_to_lib}/${CMAKE_SHARED_LIBRARY_PREFIX}${_laminate_output_name}${CMAKE_SHARED_LIBRARY_SUFFIX}
+  ${_laminate_index_to_lib}/${CMAKE_SHARED_LIBRARY_PREFIX}${_laminate_output_name}${CMAKE_SHARED_LIBRARY_SUFFIX}.${_laminate_soversion}
   ${CMAKE_CURRENT_BINARY_DIR}/install/${LAMINATE_ANALYSIS_LINK} SYMBOLIC)
 
 # <prefix>/lib/tcltk is on the auto_path of Debian's tclsh for the prefixes
@@ -88,11 +91,8 @@ install(FILES ${LAMINATE_MATERIAL_LIBRARY}
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
   COMPONENT tcl)
 
-# The command reference and the example travel with the package.
-install(FILES ${PROJECT_SOURCE_DIR}/doc/commands.md ${PROJECT_SOURCE_DIR}/doc/analysis.md
-              ${PROJECT_SOURCE_DIR}/doc/materials.md
-  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/doc
-  COMPONENT tcl)
+# The example travels with the package; the documentation is installed
+# with the rest of it (cmake/LaminateInstall.cmake).
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/examples
   COMPONENT tcl)

@@ -1,6 +1,7 @@
 #include "laminate/tcl/registry.h"
 
 #include <cstring>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 
@@ -12,7 +13,10 @@ int max_layers = 0;
 
 namespace {
 
-TCL_DECLARE_MUTEX(registry_mutex)
+// A standard mutex rather than a Tcl one: the registry is also reached
+// before any interpreter has bound Tcl's stub table (a C++ host calling
+// laminate_find_material, a test harness), and the lock must work there too.
+std::mutex registry_mutex;
 
 // Indexes over the list, so that neither appending nor looking up walks it:
 // the last node, the earliest node of each name, and the strict definition
@@ -63,12 +67,12 @@ void unlink_material(lam_mat* node)
 
 RegistryLock::RegistryLock()
 {
-    Tcl_MutexLock(&registry_mutex);
+    registry_mutex.lock();
 }
 
 RegistryLock::~RegistryLock()
 {
-    Tcl_MutexUnlock(&registry_mutex);
+    registry_mutex.unlock();
 }
 
 lam_mat* append_material(char* name)
@@ -137,7 +141,7 @@ void drop_current_material()
         // loop without side effects would be undefined behaviour).
         lam_mat* const head = first_mat;
         lam_mat* const stuck = current_mat;
-        Tcl_MutexUnlock(&registry_mutex);
+        registry_mutex.unlock();
         lam_mat* volatile pred = head;
         while (pred->next != stuck)
             pred = head;

@@ -25,7 +25,7 @@ extern lam_mat* current_mat;  // cursor: node last appended or found, null after
 extern int max_layers;        // largest layer count of any material defined
                               // successfully; only grows
 
-// Holds the registry lock (a process-wide Tcl mutex) for its scope.
+// Holds the registry lock (one process-wide mutex) for its scope.
 class RegistryLock {
 public:
     RegistryLock();

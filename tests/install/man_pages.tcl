@@ -1,15 +1,17 @@
 # Checks the installed manual pages: run as
 # "tclsh man_pages.tcl <prefix> <page sources>".  Every command of both
 # packages, as loaded from the prefix, must have a page under its own name in
-# <prefix>/share/man/mann that shows it as a command; every page must render
-# with groff (and man, when present) without a single warning; and the
-# example of every page source must run.  Prints what is wrong and exits 1.
+# <prefix>/share/man/man3, section 3tcl and compressed as Debian keeps the
+# pages of Tcl packages (<command>.3tcl.gz), that shows it as a command; every
+# page must render with groff (and man, when present) without a single
+# warning and carry its own section in its title line; and the example of
+# every page source must run.  Prints what is wrong and exits 1.
 
 lassign $argv prefix sources
 set prefix [file normalize $prefix]
-set mann [file join $prefix share man mann]
-if {![file isdirectory $mann]} {
-    puts "SKIPPED: no manual pages in $mann (dtplite, Debian package tcllib, was missing at build time)"
+set man3 [file join $prefix share man man3]
+if {![file isdirectory $man3]} {
+    puts "SKIPPED: no manual pages in $man3 (dtplite, Debian package tcllib, was missing at build time)"
     exit 0
 }
 if {[auto_execok groff] eq ""} {
@@ -38,19 +40,27 @@ proc fail {message} {
 }
 
 # Renders a page; returns the text, after reporting any warning (any output
-# on the standard error makes exec fail).
+# on the standard error makes exec fail).  groff reads the page decompressed
+# from its standard input, man reads the compressed file.
 proc render {page args} {
-    if {[catch {exec {*}$args $page > /dev/null} warnings]} {
+    set input [list $page]
+    if {[lindex $args 0] eq "groff"} {
+        set input [list << [exec gzip -dc $page]]
+    }
+    if {[catch {exec {*}$args {*}$input > /dev/null} warnings]} {
         fail "[lindex $args 0] on [file tail $page]: $warnings"
     }
-    return [exec {*}$args $page 2> /dev/null]
+    return [exec {*}$args {*}$input 2> /dev/null]
 }
 
 foreach cmd [lsort -unique $commands] {
-    set page [file join $mann $cmd.n]
+    set page [file join $man3 $cmd.3tcl.gz]
     if {![file exists $page]} {
         fail "no manual page for $cmd"
         continue
+    }
+    if {![regexp -line {^\.TH \S+ 3tcl } [exec gzip -dc $page]]} {
+        fail "the page of $cmd is not in section 3tcl"
     }
     set text [render $page groff -ww -man -Tutf8 -P-cbu]
     if {![regexp -line "^\\s+${cmd}(\\s|\$)" $text]} {

@@ -1,4 +1,5 @@
-# cmake -DPREFIX=<prefix> -DWORK=<dir> -DCXX=<compiler> -DFLAGS=<flags>
+# cmake -DPREFIX=<prefix> -DPCDIR=<pkgconfig folder, relative to PREFIX>
+#       -DWORK=<dir> -DCXX=<compiler> -DFLAGS=<flags>
 #       -DSOURCE=<program.cpp> -P pkgconfig_build.cmake
 #
 # Builds SOURCE with the flags pkg-config gives for the installed laminate.pc
@@ -8,8 +9,8 @@ if(NOT PKG_CONFIG)
   message("SKIPPED: pkg-config not found (Debian package pkgconf)")
   return()
 endif()
-set(ENV{PKG_CONFIG_PATH} ${PREFIX}/lib/pkgconfig)
-set(ENV{PKG_CONFIG_LIBDIR} ${PREFIX}/lib/pkgconfig)
+set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${PCDIR})
+set(ENV{PKG_CONFIG_LIBDIR} ${PREFIX}/${PCDIR})
 
 execute_process(COMMAND ${PKG_CONFIG} --cflags --libs laminate
   OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE rc)
