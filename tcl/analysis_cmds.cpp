@@ -19,10 +19,13 @@
 #include <string>
 #include <unordered_map>
 
+#include "laminate/analysis/engineering_constants.h"
 #include "laminate/analysis/envelope.h"
+#include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/analysis/laminate_analysis.h"
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
+#include "laminate/tcl/material_cmds.h"
 #include "laminate/tcl/registry.h"
 
 using analysis::Criterion;
@@ -54,14 +57,34 @@ int fail(Tcl_Interp* interp, const char* message, const char* a, const char* b,
 
 // ---- materials -------------------------------------------------------------
 
-// A prepared analysis per material name: the node it was prepared from and
-// the analysis, shared with the commands still using it.  Looking a name up
+// What the commands keep of a material between calls: the prepared
+// analysis and what the model's record does not hold or the analysis does
+// not need for the failure criteria.  Never changed once made.
+struct PreparedMaterial {
+    LaminateAnalysis analysis;
+    std::vector<double> specificWeight;               // per layer, layer 1 first
+    std::vector<analysis::PlyMaterial> plyMaterials;  // per layer; empty unless a layup
+    analysis::InterlaminarShear shear;
+
+    PreparedMaterial(lamina1& lam, char const* name) : analysis(lam)
+    {
+        vantrel::ReaVecV const& sw = lam.layerSpecificWeight;
+        for (int k = 0; k < lam.nlayers && k < sw.length(); k++)
+            specificWeight.push_back(sw.data[k]);
+        layup_ply_materials(name, plyMaterials);
+        if (analysis.status() == LaminateAnalysis::Ok) shear.prepare(analysis);
+    }
+};
+using PreparedRef = std::shared_ptr<PreparedMaterial const>;
+
+// A prepared material per name: the node it was prepared from and the
+// preparation, shared with the commands still using it.  Looking a name up
 // again replaces the entry when the name now resolves to another node, so
-// the cache holds one analysis per name at most, never one per definition.
-// Guarded by the registry lock.
+// the cache holds one preparation per name at most, never one per
+// definition.  Guarded by the registry lock.
 struct Prepared {
     lam_mat const* node = nullptr;
-    std::shared_ptr<LaminateAnalysis const> analysis;
+    PreparedRef data;
 };
 
 std::unordered_map<std::string, Prepared>& prepared()
@@ -74,14 +97,15 @@ using AnalysisRef = std::shared_ptr<LaminateAnalysis const>;
 
 // The prepared analysis of the material named by nameObj, or null with an
 // error in interp: no such material, no layers, or a singular stiffness.
-// The analysis is prepared under the registry lock (preparing rewrites the
+// The material is prepared under the registry lock (preparing rewrites the
 // model's working members, as laminate_results does) and then used without
 // it: it is never changed once prepared, and the caller's reference keeps it
-// alive through a redefinition in another thread.
-AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj)
+// alive through a redefinition in another thread.  *full, when asked for,
+// receives the whole preparation.
+AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedRef* full = nullptr)
 {
     const char* name = Tcl_GetString(nameObj);
-    AnalysisRef an;
+    PreparedRef data;
     {
         RegistryLock lock;
         lam_mat* node = peek_material(name);
@@ -92,12 +116,14 @@ AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj)
             return nullptr;
         }
         Prepared& entry = prepared()[name];
-        if (entry.node != node || !entry.analysis->preparedFrom(*node->lamina)) {
+        if (entry.node != node || !entry.data->analysis.preparedFrom(*node->lamina)) {
             entry.node = node;
-            entry.analysis = std::make_shared<LaminateAnalysis const>(*node->lamina);
+            entry.data = std::make_shared<PreparedMaterial const>(*node->lamina, name);
         }
-        an = entry.analysis;
+        data = entry.data;
     }
+    AnalysisRef an(data, &data->analysis);
+    if (full != nullptr) *full = data;
     switch (an->status()) {
     case LaminateAnalysis::Ok:
         return an;
@@ -392,6 +418,72 @@ AnalysisRef criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]
     return material(interp, objv[1]);
 }
 
+// The laminate's engineering constants (see analysis/engineering_constants.h)
+// as a dict: status ok|singular|notpositive, the ABD compliance as rows,
+// membrane and flexural moduli and Poisson ratios, the areal weight, and the
+// free expansion when every ply has its coefficients.
+Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
+{
+    size_t const n = pm.specificWeight.size();
+    std::vector<double> alpha, beta;
+    bool hasAlpha = pm.plyMaterials.size() == n && n > 0, hasBeta = hasAlpha;
+    for (analysis::PlyMaterial const& m : pm.plyMaterials) {
+        using K = analysis::PlyMaterial;
+        hasAlpha = hasAlpha && m.has(K::alpha1) && m.has(K::alpha2);
+        hasBeta = hasBeta && m.has(K::beta1) && m.has(K::beta2);
+        alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
+        beta.insert(beta.end(), {m.number(K::beta1), m.number(K::beta2)});
+    }
+    analysis::PlyProperties props;
+    props.sw = n > 0 ? pm.specificWeight.data() : nullptr;
+    props.alpha = hasAlpha ? alpha.data() : nullptr;
+    props.beta = hasBeta ? beta.data() : nullptr;
+    analysis::EngineeringConstants const e = analysis::engineeringConstants(pm.analysis, props);
+
+    Tcl_Obj* d = Tcl_NewDictObj();
+    using E = analysis::EngineeringConstants;
+    put(d, "status", Tcl_NewStringObj(e.status == E::Ok            ? "ok"
+                                      : e.status == E::NotPositive ? "notpositive"
+                                      : e.status == E::Singular    ? "singular"
+                                                                   : "notprepared",
+                                      -1));
+    if (e.status != E::Ok && e.status != E::NotPositive) return d;
+    Tcl_Obj* abd = Tcl_NewListObj(0, nullptr);
+    for (int r = 0; r < 6; r++) Tcl_ListObjAppendElement(nullptr, abd, doubles(e.compliance + 6 * r, 6));
+    put(d, "abd", abd);
+    if (e.status != E::Ok) return d;
+    struct Named { const char* key; double value; };
+    Named const moduli[] = {{"Ex", e.Ex},     {"Ey", e.Ey},     {"Gxy", e.Gxy},   {"nuxy", e.nuxy},
+                            {"nuyx", e.nuyx}, {"Exb", e.Exb},   {"Eyb", e.Eyb},   {"Gxyb", e.Gxyb},
+                            {"nuxyb", e.nuxyb}, {"nuyxb", e.nuyxb}};
+    for (Named const& m : moduli) put(d, m.key, Tcl_NewDoubleObj(m.value));
+    if (e.hasWeight) put(d, "weight", Tcl_NewDoubleObj(e.weight));
+    if (e.hasThermal) {
+        put(d, "alpha", doubles(e.thermal, 3));
+        put(d, "alpha_curvature", doubles(e.thermal + 3, 3));
+    }
+    if (e.hasMoisture) {
+        put(d, "beta", doubles(e.moisture, 3));
+        put(d, "beta_curvature", doubles(e.moisture + 3, 3));
+    }
+    return d;
+}
+
+// The transverse shear stresses through the thickness recovered from
+// equilibrium: {z txz tyz} at every ply face and middle, lowest face first.
+Tcl_Obj* interlaminarList(PreparedMaterial const& pm, double const loads[8])
+{
+    Tcl_Obj* list = Tcl_NewListObj(0, nullptr);
+    if (pm.shear.status() != analysis::InterlaminarShear::Ok) return list;
+    std::vector<analysis::ShearPoint> points;
+    pm.shear.profile(loads, points);
+    for (analysis::ShearPoint const& p : points) {
+        double const v[3] = {p.z, p.xz, p.yz};
+        Tcl_ListObjAppendElement(nullptr, list, doubles(v, 3));
+    }
+    return list;
+}
+
 }  // namespace
 
 void forget_prepared_analyses()
@@ -408,14 +500,16 @@ void forget_prepared_analysis(char const* name)
 // laminate::abd NAME
 //
 // The stiffness the stress recovery uses: a dict of A, B, D (3 x 3), H
-// (2 x 2) and K (8 x 8) as lists of rows, and the total thickness.
+// (2 x 2) and K (8 x 8) as lists of rows, the total thickness, and the
+// laminate's engineering constants (engineering).
 int laminate_abd_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     if (objc != 2) {
         Tcl_WrongNumArgs(interp, 1, objv, "name");
         return TCL_ERROR;
     }
-    AnalysisRef an = material(interp, objv[1]);
+    PreparedRef full;
+    AnalysisRef an = material(interp, objv[1], &full);
     if (an == nullptr) return TCL_ERROR;
     Tcl_Obj* d = Tcl_NewDictObj();
     put(d, "A", rows(an->A()));
@@ -424,6 +518,7 @@ int laminate_abd_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
     put(d, "H", rows(an->H()));
     put(d, "K", rows(an->K()));
     put(d, "thickness", Tcl_NewDoubleObj(an->thickness()));
+    put(d, "engineering", engineeringDict(*full));
     Tcl_SetObjResult(interp, d);
     return TCL_OK;
 }
@@ -432,15 +527,17 @@ int laminate_abd_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 //
 // Every layer under one load case: a dict of the 8 generalized strains
 // (strains), one dict per layer, layer 1 first (plies: every result type of
-// laminate_results with the value it gives, and more), and the first-ply
-// failure under each criterion (fpf).
+// laminate_results with the value it gives, and more), the first-ply
+// failure under each criterion (fpf), and the transverse shear stresses
+// through the thickness by equilibrium (interlaminar).
 int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     if (objc != 3) {
         Tcl_WrongNumArgs(interp, 1, objv, "name loads");
         return TCL_ERROR;
     }
-    AnalysisRef an = material(interp, objv[1]);
+    PreparedRef full;
+    AnalysisRef an = material(interp, objv[1], &full);
     double loads[8];
     if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
     analysis::Evaluation ev;
@@ -452,6 +549,7 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
     put(d, "strains", doubles(ev.strains, 8));
     put(d, "plies", plies);
     put(d, "fpf", failures(*an, loads, 0, 2));
+    put(d, "interlaminar", interlaminarList(*full, loads));
     Tcl_SetObjResult(interp, d);
     return TCL_OK;
 }

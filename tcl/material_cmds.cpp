@@ -497,6 +497,24 @@ int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
     return TCL_OK;
 }
 
+bool layup_ply_materials(char const* name, std::vector<PlyMaterial>& plies)
+{
+    plies.clear();
+    std::lock_guard<std::mutex> hold(store().lock);
+    auto const it = store().layups.find(name);
+    if (it == store().layups.end()) return false;
+    LayupInfo const& info = it->second;
+    for (LayupPly const& p : info.plies) {
+        for (auto const& named : info.materials) {
+            if (named.first == p.material) {
+                plies.push_back(named.second);
+                break;
+            }
+        }
+    }
+    return plies.size() == info.plies.size();
+}
+
 void forget_layup(char const* name)
 {
     std::lock_guard<std::mutex> hold(store().lock);
