@@ -420,8 +420,9 @@ AnalysisRef criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[]
 
 // The laminate's engineering constants (see analysis/engineering_constants.h)
 // as a dict: status ok|singular|notpositive, the ABD compliance as rows,
-// membrane and flexural moduli and Poisson ratios, the areal weight, and the
-// free expansion when every ply has its coefficients.
+// membrane and flexural moduli and Poisson ratios, the areal weight when
+// every ply has a specific weight, and the free expansion when every ply has
+// its coefficients (a laminate of laminate::layup).
 Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
 {
     size_t const n = pm.specificWeight.size();
@@ -434,8 +435,11 @@ Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
         alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
         beta.insert(beta.end(), {m.number(K::beta1), m.number(K::beta2)});
     }
+    // A specific weight of 0 stands for one not given: no weight then.
+    bool hasWeight = n > 0;
+    for (double sw : pm.specificWeight) hasWeight = hasWeight && sw > 0.0;
     analysis::PlyProperties props;
-    props.sw = n > 0 ? pm.specificWeight.data() : nullptr;
+    props.sw = hasWeight ? pm.specificWeight.data() : nullptr;
     props.alpha = hasAlpha ? alpha.data() : nullptr;
     props.beta = hasBeta ? beta.data() : nullptr;
     analysis::EngineeringConstants const e = analysis::engineeringConstants(pm.analysis, props);
