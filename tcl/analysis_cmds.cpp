@@ -15,6 +15,7 @@
 
 #include "laminate/analysis/envelope.h"
 #include "laminate/analysis/laminate_analysis.h"
+#include "laminate/laminate/decimal.h"
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
 #include "laminate/tcl/registry.h"
@@ -88,7 +89,11 @@ LaminateAnalysis const* material(Tcl_Interp* interp, Tcl_Obj* nameObj)
 // ---- loads -----------------------------------------------------------------
 
 // Reads exactly 8 finite numbers from list into loads, snapping tiny values
-// to 0.  what names the list in messages ("loads", "case 3").
+// to 0.  what names the list in messages ("loads", "case 3").  A value
+// written as text is read with the grammar of the material record
+// (laminate/decimal.h: decimal, finite, "010" is ten, no hexadecimal, inf or
+// nan); a number a script computed and never turned into text is taken as
+// it is, when finite.
 int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* what)
 {
     int n;
@@ -100,8 +105,17 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
         return fail(interp, msg, "LOADS", "COUNT");
     }
     for (int i = 0; i < 8; i++) {
-        double v;
-        if (Tcl_GetDoubleFromObj(nullptr, items[i], &v) != TCL_OK || !std::isfinite(v)) {
+        double v = 0.0;
+        bool read;
+        if (items[i]->bytes == nullptr) {
+            read = Tcl_GetDoubleFromObj(nullptr, items[i], &v) == TCL_OK && std::isfinite(v);
+        } else {
+            int length;
+            const char* text = Tcl_GetStringFromObj(items[i], &length);
+            read = laminate_model::readDecimal(text, static_cast<size_t>(length), v) ==
+                   laminate_model::DecimalRead::Ok;
+        }
+        if (!read) {
             Tcl_Obj* msg = Tcl_ObjPrintf("%s: load value %d is not a finite number: \"%s\"", what,
                                          i + 1, Tcl_GetString(items[i]));
             return fail(interp, msg, "LOADS", "VALUE");
@@ -303,11 +317,21 @@ FailureWords const& words()
     return w;
 }
 
+// The factor is a number (Inf: never fails) or, where no number can be
+// told, the word undefined (an index that is NaN and nothing else failing)
+// or overflow (the stresses of the loads, or the factor, beyond the largest
+// double).  Those two are rare: their words are made when needed.
 Tcl_Obj* failureDict(int criterion, PlyFailure const& f)
 {
     FailureWords const& w = words();
     Tcl_Obj* d = Tcl_NewDictObj();
-    Tcl_DictObjPut(nullptr, d, w.factor, Tcl_NewDoubleObj(f.factor));
+    Tcl_Obj* factor;
+    switch (f.outcome) {
+    case analysis::Outcome::Undefined: factor = Tcl_NewStringObj("undefined", -1); break;
+    case analysis::Outcome::Overflow: factor = Tcl_NewStringObj("overflow", -1); break;
+    default: factor = Tcl_NewDoubleObj(f.factor); break;
+    }
+    Tcl_DictObjPut(nullptr, d, w.factor, factor);
     Tcl_DictObjPut(nullptr, d, w.ply, Tcl_NewIntObj(f.ply));
     Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(f.face)]);
     Tcl_Obj* mode = w.faces[0];
