@@ -45,6 +45,7 @@ namespace analysis {
 namespace {
 
 const double kInf = std::numeric_limits<double>::infinity();
+const double kLargestDouble = std::numeric_limits<double>::max();
 const double kTwoPi = 6.283185307179586;
 
 // LaRC04 search, on the scaled load case (largest stress below 1).
@@ -68,6 +69,7 @@ struct Answer {
     double nanFrom = kInf;
     PlyFailure nan{kInf, 0, Face::None, 0, Outcome::Undefined, false};
     bool undecided = false;  // the LaRC04 search ran out of budget
+    bool unusual = false;    // a quadratic's terms were not all numbers
 
     void fails(double factor, int ply, Face face, int mode)
     {
@@ -100,19 +102,23 @@ Face faceOf(int i)
 // ---- closed forms -------------------------------------------------------------
 
 // Smallest f > 0 with a f^2 + b f >= 1, for finite a and b; +inf when none.
-double upTo1(double a, double b)
+inline double upTo1(double a, double b)
 {
     if (a == 0.0) return b > 0.0 ? 1.0 / b : kInf;
     if (a > 0.0) {
         // One positive root; each form avoids cancellation for its sign of b.
-        double d = std::sqrt(b * b + 4.0 * a);
-        if (!std::isfinite(d)) d = std::hypot(b, 2.0 * std::sqrt(a));
+        double const d = std::fabs(b) < 1e150 && a < 1e300 ? std::sqrt(b * b + 4.0 * a)
+                                                            : std::hypot(b, 2.0 * std::sqrt(a));
         return b >= 0.0 ? 2.0 / (b + d) : (d - b) / (2.0 * a);
     }
     // a < 0: the parabola tops out; it reaches 1 only if its top does.
-    double const r = 2.0 * std::sqrt(-a);
-    if (b <= 0.0 || b < r) return kInf;
-    return 2.0 / (b + std::sqrt((b - r) * (b + r)));
+    if (b <= 0.0) return kInf;
+    double disc = b * b + 4.0 * a;
+    if (!std::isfinite(disc)) {
+        double const r = 2.0 * std::sqrt(-a);
+        disc = (b - r) * (b + r);
+    }
+    return disc < 0.0 ? kInf : 2.0 / (b + std::sqrt(disc));
 }
 
 // Smallest f > 0 with c0 + c1 f + c2 f^2 >= 1, for finite coefficients.
@@ -145,8 +151,17 @@ Kind sumKind(double x, double y)
 // An index that is q f^2 + l f at every factor (|q f^2 + l f| when absolute):
 // at every factor it is of the class of q + l, since scaling every stress by
 // f > 0 changes no sign and no zero.
-void quadratic(double q, double l, bool absolute, int ply, Face face, int mode, Answer& ans)
+inline void quadratic(double q, double l, bool absolute, int ply, Face face, int mode, Answer& ans)
 {
+    if (std::fabs(q) <= kLargestDouble && std::fabs(l) <= kLargestDouble) {
+        // q f^2 + l f can fall to -1 only when q < 0 or l < 0 (q >= 0 for
+        // every strict record): that root is sought only then.
+        double f = upTo1(q, l);
+        if (absolute && (q < 0.0 || l < 0.0)) f = std::min(f, upTo1(-q, -l));
+        if (f < ans.at.factor) ans.fails(f, ply, face, mode);
+        return;
+    }
+    ans.unusual = true;
     switch (sumKind(q, l)) {
     case Kind::NaN:
         ans.undefinedFrom(0.0, ply, face, mode);
@@ -157,12 +172,9 @@ void quadratic(double q, double l, bool absolute, int ply, Face face, int mode, 
     case Kind::MinusInf:
         if (absolute) ans.fails(0.0, ply, face, mode);
         return;
-    case Kind::Number:
+    case Kind::Number:  // cannot happen: finite terms were handled above
         break;
     }
-    double f = upTo1(q, l);
-    if (absolute) f = std::min(f, upTo1(-q, -l));
-    if (f < kInf) ans.fails(f, ply, face, mode);
 }
 
 // The stresses of one assessed ply, layer axes, scaled: faces (s1, s2, t12)
@@ -175,19 +187,20 @@ struct PlyStress {
 };
 
 // Tsai-Wu: |q f^2 + l f| at each face, q the quadratic part with the
-// transverse shear terms, l the linear part.
-void tsaiWu(PlyStress const& s, Answer& ans)
+// transverse shear terms, l the linear part.  Faces (s1, s2, t12) in layer
+// axes, ta and tb the transverse shear stresses.
+void tsaiWu(PlyData const& p, int ply, double const* top, double const* bas, double ta, double tb,
+            Answer& ans)
 {
-    PlyData const& p = *s.data;
     laminate_model::TsaiWu const tw(p);
-    double const qa = s.ta / p.S23;
-    double const qb = s.tb / p.S13;
-    double const* const faces[] = {s.top, s.bas};
+    double const qa = ta / p.S23;
+    double const qb = tb / p.S13;
+    double const* const faces[] = {top, bas};
     for (int i = 0; i < 2; i++) {
         double const* v = faces[i];
         double const q = tw.quadratic(v[0], v[1], v[2]) + qa * qa + qb * qb;
         double const l = tw.linear(v[0], v[1]);
-        quadratic(q, l, true, s.ply, faceOf(i), 0, ans);
+        quadratic(q, l, true, ply, faceOf(i), 0, ans);
     }
 }
 
@@ -195,13 +208,12 @@ void tsaiWu(PlyStress const& s, Answer& ans)
 // its index splits into a f^2 + b f (the index's own terms, grouped by power
 // of the factor).  In fibre tension both faces take the bottom face's
 // in-plane shear stress, as the index does.
-void hashin(PlyStress const& s, Answer& ans)
+void hashin(PlyData const& p, int ply, double const* top, double const* bas, double ta, double tb,
+            Answer& ans)
 {
-    PlyData const& p = *s.data;
-    double const tb = s.tb;
-    double const* const faces[] = {s.top, s.bas};
-    double const tBottom = s.bas[2];
-    double const qa = s.ta / p.S23;
+    double const* const faces[] = {top, bas};
+    double const tBottom = bas[2];
+    double const qa = ta / p.S23;
     for (int i = 0; i < 2; i++) {
         double const s1 = faces[i][0], s2 = faces[i][1], t12 = faces[i][2];
         double const shear = (t12 * t12 + tb * tb) / (p.S12 * p.S12) + qa * qa;
@@ -214,7 +226,7 @@ void hashin(PlyStress const& s, Answer& ans)
             double const r = s2 / p.Yt;
             am = shear + r * r;
         }
-        quadratic(am, bm, false, s.ply, faceOf(i), 0, ans);
+        quadratic(am, bm, false, ply, faceOf(i), 0, ans);
 
         double af = 0.0, bf = 0.0;
         if (s1 <= 0.0) {
@@ -223,7 +235,7 @@ void hashin(PlyStress const& s, Answer& ans)
             double const r = s1 / p.Xt;
             af = r * r + (tBottom * tBottom + tb * tb) / (p.S12 * p.S12);
         }
-        quadratic(af, bf, false, s.ply, faceOf(i), 1, ans);
+        quadratic(af, bf, false, ply, faceOf(i), 1, ans);
     }
 }
 
@@ -897,60 +909,171 @@ void larc04(std::vector<PlyStress> const& stresses, Answer& ans)
     search.search(cuts, ans);
 }
 
+
+// A bound on the magnitude of the stresses of a layer: at least the largest
+// and at most 8 times it; +inf or NaN when one of them is not a number (or,
+// rarely, when they are all near the largest double).
+inline double sizeOf(double const* top, double const* bas, double ta, double tb)
+{
+    return std::fabs(top[0]) + std::fabs(top[1]) + std::fabs(top[2]) + std::fabs(bas[0]) +
+           std::fabs(bas[1]) + std::fabs(bas[2]) + std::fabs(ta) + std::fabs(tb);
+}
+
+// sizeOf, or when that is not a number: the largest magnitude, or -1 when a
+// stress is not a number.
+double sizeExactly(double const* top, double const* bas, double ta, double tb)
+{
+    double size = sizeOf(top, bas, ta, tb);
+    if (std::isfinite(size)) return size;
+    size = 0.0;
+    for (double v : {top[0], top[1], top[2], bas[0], bas[1], bas[2], ta, tb}) {
+        if (!std::isfinite(v)) return -1.0;
+        size = std::max(size, std::fabs(v));
+    }
+    return size;
+}
+
+// The power of two that brings largest into [0.5, 1).
+int exponentOf(double largest)
+{
+    int exponent;
+    std::frexp(largest, &exponent);
+    return exponent;
+}
+
+// v times 2^-exponent, in two halves each a normal number: exact but for
+// subnormal results.
+struct Scale {
+    double half, rest;
+    explicit Scale(int exponent) : half(1.0), rest(1.0)
+    {
+        if (exponent != 0) {
+            half = std::ldexp(1.0, -exponent / 2);
+            rest = std::ldexp(1.0, -exponent - (-exponent / 2));
+        }
+    }
+    double operator()(double v) const { return v * half * rest; }
+};
+
+// Scaling stresses by 2^-e scales the quadratics' roots by 2^e exactly, so
+// stresses within this span need none: their squares and products with the
+// strict records' constants stay normal numbers.
+bool scaleNeeded(double largest)
+{
+    return largest > 0x1p300 || largest < 0x1p-300;
+}
+
+// Tsai-Wu or Hashin over the plies, the stresses scaled by 2^-exponent.
+void closedForms(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], Criterion c,
+                 int exponent, Answer& ans)
+{
+    Scale const scale(exponent);
+    LayerState st;
+    for (size_t i = 0; i < plies.size(); i++) {
+        LaminateAnalysis::Ply const& ply = plies[i];
+        laminate_model::recoverLayer(g, ply.frame(), st);
+        if (laminate_model::notAssessed(ply.data, st.stressesLam, st.shearStressesLam)) continue;
+        double const* top = st.stressesTopLam;
+        double const* bas = st.stressesBasLam;
+        double ta = st.shearStressesLam[0], tb = st.shearStressesLam[1];
+        double t[3], b[3];
+        if (exponent != 0) {
+            for (int j = 0; j < 3; j++) t[j] = scale(top[j]), b[j] = scale(bas[j]);
+            top = t, bas = b, ta = scale(ta), tb = scale(tb);
+        }
+        int const layer = static_cast<int>(i) + 1;
+        if (c == Criterion::TsaiWu)
+            tsaiWu(ply.data, layer, top, bas, ta, tb, ans);
+        else
+            hashin(ply.data, layer, top, bas, ta, tb, ans);
+    }
+}
+
+// The largest stress magnitude of the assessed plies (up to 8 times it), or
+// -1 when a stress is not a number.
+double largestStress(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8])
+{
+    double largest = 0.0;
+    LayerState st;
+    for (LaminateAnalysis::Ply const& ply : plies) {
+        laminate_model::recoverLayer(g, ply.frame(), st);
+        if (laminate_model::notAssessed(ply.data, st.stressesLam, st.shearStressesLam)) continue;
+        double const size =
+            sizeExactly(st.stressesTopLam, st.stressesBasLam, st.shearStressesLam[0], st.shearStressesLam[1]);
+        if (size < 0.0) return -1.0;
+        largest = std::max(largest, size);
+    }
+    return largest;
+}
+
+// Tsai-Wu or Hashin: one pass over the plies as they are.  Only when a
+// quadratic's terms were not all numbers, or no factor below 2^250 was found
+// (stresses so small that their squares may underflow), are the stresses
+// looked at: not numbers, false; too large or too small, scaled and again.
+bool closedFormSearch(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], Criterion c,
+                      Answer& ans, int& exponent)
+{
+    closedForms(plies, g, c, 0, ans);
+    if (!ans.unusual && ans.at.factor <= 0x1p250) return true;
+    double const largest = largestStress(plies, g);
+    if (largest < 0.0) return false;
+    if (largest == 0.0 || !scaleNeeded(largest)) return true;
+    exponent = exponentOf(largest);
+    ans = Answer();
+    closedForms(plies, g, c, exponent, ans);
+    return true;
+}
+
+// LaRC04: the search revisits every ply many times, so they are all
+// recovered first, scaled so that the largest stress is below 1.  False when
+// a stress is not a number.
+bool larcSearch(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], Answer& ans,
+                int& exponent)
+{
+    thread_local std::vector<PlyStress> stresses;
+    stresses.clear();
+    double largest = 0.0;
+    LayerState st;
+    for (size_t i = 0; i < plies.size(); i++) {
+        laminate_model::recoverLayer(g, plies[i].frame(), st);
+        if (laminate_model::notAssessed(plies[i].data, st.stressesLam, st.shearStressesLam)) continue;
+        PlyStress s{&plies[i].data, static_cast<int>(i) + 1, {}, {}, st.shearStressesLam[0],
+                    st.shearStressesLam[1]};
+        for (int j = 0; j < 3; j++) s.top[j] = st.stressesTopLam[j], s.bas[j] = st.stressesBasLam[j];
+        double const size = sizeExactly(s.top, s.bas, s.ta, s.tb);
+        if (size < 0.0) return false;
+        largest = std::max(largest, size);
+        stresses.push_back(s);
+    }
+    if (largest == 0.0) return true;
+    exponent = exponentOf(largest);
+    Scale const scale(exponent);
+    for (PlyStress& s : stresses) {
+        for (int j = 0; j < 3; j++) s.top[j] = scale(s.top[j]), s.bas[j] = scale(s.bas[j]);
+        s.ta = scale(s.ta), s.tb = scale(s.tb);
+    }
+    larc04(stresses, ans);
+    return true;
+}
+
 }  // namespace
 
 PlyFailure LaminateAnalysis::firstPlyFailure(double const loads[8], Criterion c) const
 {
-    Answer ans;
     PlyFailure const overflow{kInf, 0, Face::None, 0, Outcome::Overflow, false};
+    Answer ans;
     if (status_ != Ok) return ans.result();
     double g[8];
     strains(loads, g);
     for (double v : g)
         if (!std::isfinite(v)) return overflow;
 
-    // The assessed plies' stresses, and the largest of them.
-    thread_local std::vector<PlyStress> stresses;
-    stresses.clear();
-    double largestStress = 0.0;
-    LayerState st;
-    for (size_t i = 0; i < plies_.size(); i++) {
-        laminate_model::recoverLayer(g, plies_[i].frame(), st);
-        if (laminate_model::notAssessed(plies_[i].data, st.stressesLam, st.shearStressesLam)) continue;
-        PlyStress s{&plies_[i].data, static_cast<int>(i) + 1, {}, {}, st.shearStressesLam[0],
-                    st.shearStressesLam[1]};
-        for (int j = 0; j < 3; j++) s.top[j] = st.stressesTopLam[j], s.bas[j] = st.stressesBasLam[j];
-        for (double v : {s.top[0], s.top[1], s.top[2], s.bas[0], s.bas[1], s.bas[2], s.ta, s.tb}) {
-            if (!std::isfinite(v)) return overflow;
-            largestStress = std::max(largestStress, std::fabs(v));
-        }
-        stresses.push_back(s);
-    }
-    if (largestStress == 0.0) return ans.result();
-
-    // Scaled by a power of two, exactly (but for subnormal results): the
-    // largest stress in [0.5, 1).  The power is applied in two halves, each
-    // a normal number.
-    int exponent;
-    std::frexp(largestStress, &exponent);
-    double const half = std::ldexp(1.0, -exponent / 2), rest = std::ldexp(1.0, -exponent - (-exponent / 2));
-    for (PlyStress& s : stresses) {
-        for (double* v : {&s.top[0], &s.top[1], &s.top[2], &s.bas[0], &s.bas[1], &s.bas[2], &s.ta, &s.tb})
-            *v = *v * half * rest;
-    }
-
-    if (c == Criterion::LaRC04) {
-        larc04(stresses, ans);
-    } else {
-        for (PlyStress const& s : stresses) {
-            if (c == Criterion::TsaiWu)
-                tsaiWu(s, ans);
-            else
-                hashin(s, ans);
-        }
-    }
+    int exponent = 0;
+    bool const numbers = c == Criterion::LaRC04 ? larcSearch(plies_, g, ans, exponent)
+                                                : closedFormSearch(plies_, g, c, ans, exponent);
+    if (!numbers) return overflow;
     PlyFailure r = ans.result();
-    if (r.outcome == Outcome::Fails) {
+    if (r.outcome == Outcome::Fails && exponent != 0) {
         r.factor = std::ldexp(r.factor, -exponent);
         if (std::isinf(r.factor)) return overflow;
     }

@@ -354,7 +354,7 @@ TEST(FirstPlyFailure, AgreesWithABruteForceSearchOnStrictRecords)
                                       (b == 1e-9 && f.factor <= 1e-9);
                     // Earlier than the grid saw: a window between two of its
                     // factors, which the model must confirm.
-                    bool const window = !same && f.factor < b && brute.fails(f.factor * (1 + 1e-9)) &&
+                    bool const window = !same && f.factor < b && brute.fails(f.factor) &&
                                         (f.factor == 0.0 || !brute.fails(f.factor * (1 - 1e-6)));
                     windows += window;
                     ok = same || window;
