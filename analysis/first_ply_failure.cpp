@@ -1,35 +1,38 @@
 // First-ply failure: the smallest load factor at which a scaled load case
-// brings some assessed ply to an index of 1.
+// brings some assessed ply to an index of 1 (the rule for infinite and NaN
+// indices is PlyFailure's).
 //
 // Stresses are linear in the loads, so at factor f every stress of a layer is
-// f times its stress under the load case itself.  The stresses are first
-// scaled by a power of two (exactly) so that the largest is below 1; the
-// search runs on the scaled case and its factor is scaled back.
+// f times its stress under the load case itself.  Where the size of the
+// stresses matters, they are scaled by a power of two (exactly) and the
+// factor found is scaled back.
 //
 // Tsai-Wu and Hashin indices are quadratics in f at each face, solved in
-// closed form.  LaRC04 is searched mode by mode:
-//  - mode 1 is c0 + c1 f + c2 f^2 at each face (c0 = 0 for a thin ply,
-//    c2 = 0 for a thick one) and mode 3 is linear: closed forms;
+// closed form.  LaRC04 is searched mode by mode, on stresses scaled below 1:
+//  - mode 1 is c0 + c1 f + c2 f^2 at each face (c0 = 1/2 - ... for a thick
+//    ply, c2 = 0 for it; c0 = 0 for a thin one) and mode 3 is linear:
+//    closed forms;
 //  - the others change branch at factors known in closed form (mode 2 gives
 //    way to mode 5 where s1 = -Yc, mode 6 to mode 4 where the misalignment
 //    frame's s2m turns negative, the misalignment angle has a pole where
-//    G12 + s1 - s2 = 0), and between them they are bounded from above: mode
-//    2 is monotone in f up to its pole, and modes 4 to 6 are f times
-//    trigonometric polynomials of the misalignment angle phi(f), a Moebius
-//    function of f whose range over any interval of factors is known.  A
-//    branch-and-bound search splits the factors at those breakpoints, drops
-//    every interval whose bound stays below 1, splits the others (left
-//    first) and refines the first interval that ends failing with the TOMS
-//    748 root finder.  No window of factors in which an index reaches 1 and
-//    falls back is skipped unless it is narrower than kLeaf (relative).
+//    G12 + s1 - s2 = 0), and are bounded from above over any interval of
+//    factors: mode 2 is monotone in f up to its pole, and modes 4 to 6 are
+//    f times trigonometric polynomials of the misalignment angle phi(f), a
+//    Moebius function of f whose range over the interval is known.  A
+//    branch-and-bound search starts from those breakpoints, drops every
+//    interval whose bound stays below 1, splits the others (left first) and
+//    refines the first interval that ends failing with the TOMS 748 root
+//    finder.  No window in which an index reaches 1 and falls back is
+//    skipped unless it is narrower than kLeaf (relative).
 //  - An index whose constants are infinite or NaN (a strength of 0 that it
 //    divides by, a thick ply without in-plane shear in modes 1 and 6, no
-//    misalignment angle in mode 5) has the same class (a number, +inf or
-//    NaN) wherever its mode applies; it is taken at one factor in each
-//    interval between breakpoints.
+//    misalignment angle in mode 5) has one class (a number, +inf or NaN)
+//    wherever its mode applies; it is taken at one factor of each stretch
+//    of factors over which its mode applies.
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
 #include <vector>
 
