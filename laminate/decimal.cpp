@@ -13,7 +13,7 @@ namespace {
 bool digit(char c) { return c >= '0' && c <= '9'; }
 
 // The grammar, without the value.
-bool decimalReal(char const* t, size_t n)
+bool grammar(char const* t, size_t n)
 {
     size_t i = 0;
     if (i < n && (t[i] == '+' || t[i] == '-')) ++i;
@@ -48,10 +48,15 @@ bool nonFiniteWord(char const* t, size_t n)
 
 }  // namespace
 
+bool isDecimal(char const* text, size_t n)
+{
+    return grammar(text, n);
+}
+
 DecimalRead readDecimal(char const* text, size_t n, double& value)
 {
     if (nonFiniteWord(text, n)) return DecimalRead::NotFinite;
-    if (!decimalReal(text, n)) return DecimalRead::NotDecimal;
+    if (!grammar(text, n)) return DecimalRead::NotDecimal;
     // strtod wants a terminated string; most numbers fit on the stack.
     char small[64];
     std::string large;

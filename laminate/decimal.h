@@ -23,6 +23,12 @@ enum class DecimalRead {
 // Reads the n bytes at text (need not end in a zero) as one number.
 DecimalRead readDecimal(char const* text, size_t n, double& value);
 
+// Whether the n bytes at text are of the grammar (finite or not).  A caller
+// with a correctly rounded reader of its own may convert such text with it
+// and get readDecimal's value, except for integers written with a leading
+// zero ("010"), which some readers take for octal.
+bool isDecimal(char const* text, size_t n);
+
 }  // namespace laminate_model
 
 #endif

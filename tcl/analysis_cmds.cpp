@@ -90,10 +90,10 @@ LaminateAnalysis const* material(Tcl_Interp* interp, Tcl_Obj* nameObj)
 
 // Reads exactly 8 finite numbers from list into loads, snapping tiny values
 // to 0.  what names the list in messages ("loads", "case 3").  A value
-// written as text is read with the grammar of the material record
+// written as text must be of the grammar of the material record
 // (laminate/decimal.h: decimal, finite, "010" is ten, no hexadecimal, inf or
-// nan); a number a script computed and never turned into text is taken as
-// it is, when finite.
+// nan) and reads to the value that grammar gives; a number a script computed
+// and never turned into text is taken as it is, when finite.
 int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* what)
 {
     int n;
@@ -105,19 +105,32 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
         return fail(interp, msg, "LOADS", "COUNT");
     }
     for (int i = 0; i < 8; i++) {
+        Tcl_Obj* item = items[i];
         double v = 0.0;
         bool read;
-        if (items[i]->bytes == nullptr) {
-            read = Tcl_GetDoubleFromObj(nullptr, items[i], &v) == TCL_OK && std::isfinite(v);
+        if (item->bytes == nullptr) {
+            read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
         } else {
             int length;
-            const char* text = Tcl_GetStringFromObj(items[i], &length);
-            read = laminate_model::readDecimal(text, static_cast<size_t>(length), v) ==
-                   laminate_model::DecimalRead::Ok;
+            const char* text = Tcl_GetStringFromObj(item, &length);
+            size_t const len = static_cast<size_t>(length);
+            // Tcl reads a decimal number to the same (correctly rounded)
+            // value, and keeps it, but takes "010" for octal: an integer
+            // with a leading zero is read by the grammar's own reader.
+            size_t const sign = len > 0 && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+            bool octalLooking = len > sign + 1 && text[sign] == '0';
+            for (size_t k = sign; octalLooking && k < len; k++)
+                octalLooking = text[k] != '.' && text[k] != 'e' && text[k] != 'E';
+            if (!laminate_model::isDecimal(text, len))
+                read = false;
+            else if (octalLooking)
+                read = laminate_model::readDecimal(text, len, v) == laminate_model::DecimalRead::Ok;
+            else
+                read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
         }
-        if (!read) {
+        if (!read || !std::isfinite(v)) {
             Tcl_Obj* msg = Tcl_ObjPrintf("%s: load value %d is not a finite number: \"%s\"", what,
-                                         i + 1, Tcl_GetString(items[i]));
+                                         i + 1, Tcl_GetString(item));
             return fail(interp, msg, "LOADS", "VALUE");
         }
         loads[i] = std::fabs(v) <= kLoadSnap ? 0.0 : v;
