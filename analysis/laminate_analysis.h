@@ -61,7 +61,8 @@ enum class Outcome {
     Never,      // no index ever reaches 1: factor +inf, ply 0, Face::None, mode 0
     Undefined,  // no index that is a number reaches 1, but an index is NaN
                 // wherever its mode applies, so "never" cannot be said: factor
-                // +inf, ply, face and mode name that index (the first found)
+                // +inf, ply, face and mode name that index (the first found);
+                // or, with ply 0, a LaRC04 search past its budget of intervals
     Overflow    // the stresses of the load case, or the factor itself, lie
                 // beyond the largest double: factor +inf, ply 0, Face::None
 };
