@@ -1,10 +1,13 @@
 #include "laminate/analysis/envelope.h"
 
 #include <cmath>
+#include <limits>
 
 namespace analysis {
 
 namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // cos and sin of a multiple of pi/2 come out near 1e-16, not 0.
 double direction(double v)
@@ -33,7 +36,10 @@ std::vector<EnvelopePoint> envelope(LaminateAnalysis const& an, int i, int j, Cr
         loads[i - 1] = dx;
         loads[j - 1] = dy;
         PlyFailure const f = an.firstPlyFailure(loads, c);
-        out.push_back(EnvelopePoint{along(f.factor, dx), along(f.factor, dy), f});
+        if (f.outcome == Outcome::Undefined || f.outcome == Outcome::Overflow)
+            out.push_back(EnvelopePoint{kNaN, kNaN, f});
+        else
+            out.push_back(EnvelopePoint{along(f.factor, dx), along(f.factor, dy), f});
     }
     return out;
 }

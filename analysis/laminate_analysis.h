@@ -16,7 +16,9 @@
 //
 // Misuse: evaluating an object whose status() is not Ok returns zeros and a
 // "never fails" answer; nothing here ends the process.  A singular stiffness
-// is refused by prepare(), never inverted.
+// is refused by prepare(), never inverted.  Loads whose stresses overflow give
+// a first-ply failure of outcome Overflow; evaluate() then passes the
+// infinities and NaN through as the model does.
 #ifndef LAMINATE_ANALYSIS_LAMINATE_ANALYSIS_H
 #define LAMINATE_ANALYSIS_LAMINATE_ANALYSIS_H
 
@@ -53,13 +55,33 @@ struct Evaluation {
 enum class Criterion { TsaiWu, Hashin, LaRC04 };
 enum class Face { None, Top, Bottom };
 
+// How a first-ply-failure search ended.
+enum class Outcome {
+    Fails,      // an index reaches 1 at factor (finite, >= 0), at ply, face, mode
+    Never,      // no index ever reaches 1: factor +inf, ply 0, Face::None, mode 0
+    Undefined,  // no index that is a number reaches 1, but an index is NaN
+                // wherever its mode applies, so "never" cannot be said: factor
+                // +inf, ply, face and mode name that index (the first found);
+                // or, with ply 0, a LaRC04 search past its budget of intervals
+    Overflow    // the stresses of the load case, or the factor itself, lie
+                // beyond the largest double: factor +inf, ply 0, Face::None
+};
+
 // The first-ply failure of a load case under one criterion: the smallest load
-// factor factor >= 0 at which factor * loads brings an assessed ply to an
-// index of 1.
-//  - factor = +inf, ply 0, Face::None, mode 0: it never happens (no assessed
-//    ply, zero loads, or every index stays below 1);
+// factor f >= 0 at which f * loads brings an assessed ply to an index of 1.
+//
+// One rule for the indices of every criterion, at every factor: an index of
+// +inf counts as reaching 1 there (a stress divided by a strength of 0), -inf
+// as below 1, and a NaN is not counted (0/0: a strength of 0 and no stress
+// that it divides, or the LaRC04 modes 1 and 6 of a thick ply without
+// in-plane shear).  An index that is NaN wherever its mode applies is
+// reported: as the outcome Undefined when nothing else reaches 1, and by
+// nanIgnored when a failure was found above a factor where it applies.
 //  - factor = 0: an index is 1 or more already as the factor tends to 0
-//    (possible for LaRC04 in thick plies), at the ply, face and mode given.
+//    (possible for LaRC04 in thick plies, or an index of +inf), at the ply,
+//    face and mode given;
+//  - a factor is never NaN and never negative; it is +inf only when the
+//    outcome is not Fails.
 // mode: 0 for Tsai-Wu; 0 matrix or 1 fibre for Hashin (as lamina1 numbers
 // them); 1..6 for LaRC04.
 struct PlyFailure {
@@ -67,6 +89,8 @@ struct PlyFailure {
     int ply;
     Face face;
     int mode;
+    Outcome outcome = Outcome::Never;
+    bool nanIgnored = false;  // Fails only: an index that is NaN was passed over below factor
 };
 
 class LaminateAnalysis {
@@ -112,7 +136,9 @@ public:
     // Every layer under one load case.  out.plies is resized only when its
     // size differs, so reusing out allocates nothing.
     void evaluate(double const loads[8], Evaluation& out) const;
-    // First-ply failure under one criterion.
+    // First-ply failure under one criterion (see PlyFailure for the rule).
+    // Tsai-Wu and Hashin indices are quadratics in the factor, solved in
+    // closed form; LaRC04 is searched piece by piece (first_ply_failure.cpp).
     PlyFailure firstPlyFailure(double const loads[8], Criterion c) const;
 
     struct Ply {

@@ -11,13 +11,7 @@ namespace laminate_model {
 
 namespace {
 
-// Fracture plane at 53 degrees (converted with 0.0174532925 rad per degree);
-// the values are fixed, not recomputed, so that results are reproducible.
-const double kCosA0 = 0.6018150239962017;
-const double kSinA0 = 0.7986355094111777;
-const double kCos2A0 = -0.27563735378490245;
-const double kSin2A0 = 0.9612616965210132;
-const double kEtaT = 0.2867453834710005;         // -1 / tan(2 a0)
+// The fracture plane's constants are in the header.
 const double kShearFactor = 0.6260678295767774;  // sin a0 + cos a0 / tan(2 a0)
 
 const double kThinPly = 0.0007;  // in the unit of the record's thicknesses
@@ -129,6 +123,31 @@ LaRC04::LaRC04(PlyData const& p, double ta, double tb) : p_(p), ta_(ta), tb_(tb)
     phiC_ = std::atan(1.0 - std::sqrt(std::fabs(1.0 - 4.0 * (etaL_ + a) * a)) /
                                 (2.0 * (etaL_ + a)));
     phi0_ = phiC_ - p.Xc * phiC_ / p.G12;
+}
+
+LaRC04::Constants LaRC04::constants() const
+{
+    Constants k;
+    k.thin = thin_;
+    k.ST = ST_;
+    k.etaL = etaL_;
+    k.SLis = SLis_;
+    k.phi0 = phi0_;
+    double const GIc = p_.S23, GIIc = p_.S13, t = p_.t, Yt = p_.Yt;
+    if (thin_) {
+        k.Lambda = Lambda0_;
+        k.YTis = std::sqrt(8.0 * GIc / (kPi * t * Lambda0_));
+        k.g = GIc / GIIc;
+        k.gThick = 0.0;
+        k.W = 8.0 * GIIc / (kPi * t);
+    } else {
+        k.Lambda = Lambda0_ > kComplianceFloor ? Lambda0_ : 0.0;
+        k.YTis = kThickYt * Yt;
+        k.g = 0.0;
+        k.gThick = k.Lambda > 0.0 ? kThickG * k.Lambda * (Yt * Yt) : 0.0;
+        k.W = 0.0;
+    }
+    return k;
 }
 
 LaRC04::Kink LaRC04::kink(double s2) const

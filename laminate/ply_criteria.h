@@ -16,6 +16,15 @@ namespace laminate_model {
 // Marks a layer that is not assessed; the results command shows it as 0.
 const double kNotAssessed = 1000000.0;
 
+// The LaRC04 fracture plane at 53 degrees (converted with 0.0174532925 rad
+// per degree); the values are fixed, not recomputed, so that results are
+// reproducible.
+const double kCosA0 = 0.6018150239962017;
+const double kSinA0 = 0.7986355094111777;
+const double kCos2A0 = -0.27563735378490245;
+const double kSin2A0 = 0.9612616965210132;
+const double kEtaT = 0.2867453834710005;  // -1 / tan(2 a0)
+
 // The record data of one ply that the criteria read.  S23 and S13 are also
 // the fracture toughnesses GIc and GIIc of LaRC04.
 struct PlyData {
@@ -83,6 +92,17 @@ public:
         face(s1, s2, t12, kink(s2), index);
     }
     void face(double s1, double s2, double t12, Kink const& k, double index[6]);
+
+    // What face() uses that does not change with the load level, for callers
+    // that bound the indices over a range of load levels.  Lambda is the
+    // compliance term after the thick-ply floor.  A thin ply's g and W are
+    // fixed; a thick ply's follow its face's in-plane shear: g = gThick / t12
+    // (gThick 0 below the floor) and W = 2 t12.
+    struct Constants {
+        bool thin;
+        double Lambda, YTis, g, gThick, W, ST, etaL, SLis, phi0;
+    };
+    Constants constants() const;
 
     // For the same ply at another load level: the transverse shear stresses
     // at that level, and the compliance term as the constructor set it.

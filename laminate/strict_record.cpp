@@ -7,6 +7,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "laminate/laminate/decimal.h"
 #include "laminate/laminate/lamina1.h"
 #include "laminate/linalg/matriu.h"
 
@@ -36,6 +37,20 @@ Kind const kKinds[StrictRecord::kFields] = {
 
 size_t const kShownChars = 40;  // longest text quoted back in a refusal
 
+// The span of magnitudes a modulus, a strength or the thickness may take.
+// Within it every constant the failure criteria form from them (products of
+// up to four, square roots and quotients of those) is a normal finite
+// number, so no criterion overflows or underflows on the record alone.
+double const kSmallest = 1e-30;
+double const kLargest = 1e30;
+int const kSpecificWeight = 16;  // a field no criterion reads: no bound
+
+// A modulus, a strength or the thickness within the span; v > 0.
+bool sized(double v, int f)
+{
+    return f == kSpecificWeight || (v >= kSmallest && v <= kLargest);
+}
+
 // The separators sscanf skips in the C locale.
 bool blank(char c)
 {
@@ -61,49 +76,6 @@ std::string shown(char const* tok, size_t n)
     size_t cut = kShownChars;
     while (cut > 0 && (static_cast<unsigned char>(tok[cut]) & 0xC0) == 0x80) --cut;
     return std::string(tok, cut) + "...";
-}
-
-// [+-] digits [. [digits]] | [+-] . digits, then an optional exponent
-// e|E [+-] digits.  A subset of what strtod and sscanf read, with the same
-// value.
-bool decimalReal(char const* t, size_t n)
-{
-    size_t i = 0;
-    if (i < n && (t[i] == '+' || t[i] == '-')) ++i;
-    size_t digits = 0;
-    while (i < n && digit(t[i])) ++i, ++digits;
-    if (i < n && t[i] == '.') {
-        ++i;
-        while (i < n && digit(t[i])) ++i, ++digits;
-    }
-    if (digits == 0) return false;
-    if (i < n && (t[i] == 'e' || t[i] == 'E')) {
-        ++i;
-        if (i < n && (t[i] == '+' || t[i] == '-')) ++i;
-        size_t expDigits = 0;
-        while (i < n && digit(t[i])) ++i, ++expDigits;
-        if (expDigits == 0) return false;
-    }
-    return i == n;
-}
-
-// The spellings of infinity and not-a-number that strtod would read, so that
-// they are refused as not finite rather than as not a number.
-bool nonFiniteWord(char const* t, size_t n)
-{
-    if (n > 0 && (t[0] == '+' || t[0] == '-')) ++t, --n;
-    auto is = [t, n](char const* w) {
-        return n >= std::strlen(w) && strncasecmp(t, w, std::strlen(w)) == 0;
-    };
-    return (n == 3 && is("inf")) || (n == 8 && is("infinity")) ||
-           (is("nan") && (n == 3 || (t[3] == '(' && t[n - 1] == ')')));
-}
-
-// The value of a decimal token, converted as sscanf's %lf converts it.
-double toDouble(char const* t, size_t n)
-{
-    std::string s(t, n);
-    return std::strtod(s.c_str(), nullptr);
 }
 
 std::string number(double v)
@@ -132,6 +104,7 @@ bool StrictRecord::refuse(Rule rule, int layer, std::string const& field,
 bool StrictRecord::read(char const* text, size_t len)
 {
     refusal_ = Refusal();
+    outOfSpan_ = Refusal();
     layers_ = 0;
     values_.clear();
     text_.clear();
@@ -146,7 +119,23 @@ bool StrictRecord::read(char const* text, size_t len)
     if (n > 0) return refuse(TRAILING, layers_, "end", shown(p, n));
 
     text_.assign(text, len);
-    return checkStiffness();
+    if (!checkStiffness()) return false;
+    // The span of magnitudes is the last rule, so that a stiffness that
+    // cannot be inverted is named as such whatever its moduli.
+    if (outOfSpan_.rule != NONE) {
+        refusal_ = outOfSpan_;
+        return false;
+    }
+    return true;
+}
+
+void StrictRecord::outOfSpan(int layer, char const* field, std::string const& value)
+{
+    if (outOfSpan_.rule != NONE) return;  // the first one is named
+    outOfSpan_.rule = MAGNITUDE;
+    outOfSpan_.layer = layer;
+    outOfSpan_.field = field;
+    outOfSpan_.value = value;
 }
 
 bool StrictRecord::readCount(char const*& p, char const* end)
@@ -189,17 +178,21 @@ bool StrictRecord::checkField(int k, int f, char const* tok, size_t n)
         values_.push_back(tok[0] == '1' ? 1.0 : 0.0);
         return true;
     }
-    if (nonFiniteWord(tok, n)) return refuse(FINITE, k, name, shown(tok, n));
-    if (!decimalReal(tok, n)) return refuse(NUMBER, k, name, shown(tok, n));
-    double const v = toDouble(tok, n);
-    if (!std::isfinite(v)) return refuse(FINITE, k, name, shown(tok, n));
+    double v = 0.0;
+    switch (laminate_model::readDecimal(tok, n, v)) {
+    case laminate_model::DecimalRead::NotDecimal: return refuse(NUMBER, k, name, shown(tok, n));
+    case laminate_model::DecimalRead::NotFinite: return refuse(FINITE, k, name, shown(tok, n));
+    case laminate_model::DecimalRead::Ok: break;
+    }
 
     switch (kKinds[f]) {
     case POSITIVE_REAL:
         if (!(v > 0.0)) return refuse(POSITIVE, k, name, shown(tok, n));
+        if (!sized(v, f)) outOfSpan(k, name, shown(tok, n));
         break;
     case NONNEGATIVE_REAL:
         if (!(v >= 0.0)) return refuse(NONNEGATIVE, k, name, shown(tok, n));
+        if (v != 0.0 && !sized(v, f)) outOfSpan(k, name, shown(tok, n));
         break;
     case POISSON_RATIO: {
         // E1 and E2 are the layer's first two fields, already checked > 0.
@@ -250,7 +243,8 @@ char const* StrictRecord::Refusal::ruleWord() const
 {
     static char const* const words[] = {"NONE",   "COUNT",       "RANGE",   "MISSING",
                                         "NUMBER", "FINITE",      "POSITIVE", "NONNEGATIVE",
-                                        "FLAG",   "TRAILING",    "POISSON", "SINGULAR"};
+                                        "FLAG",   "TRAILING",    "POISSON", "SINGULAR",
+                                        "MAGNITUDE"};
     return words[rule];
 }
 
@@ -282,6 +276,7 @@ std::string StrictRecord::Refusal::message() const
         rule_text = "must keep the ply stiffness positive definite (1 - nu12 nu21 > 0)";
         break;
     case SINGULAR: rule_text = "must be invertible with a finite inverse"; break;
+    case MAGNITUDE: rule_text = "must be from 1e-30 to 1e30 (a strength may also be 0)"; break;
     }
     return where + ": " + rule_text + (value.empty() ? "" : ", got " + value);
 }

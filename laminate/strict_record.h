@@ -4,7 +4,7 @@
 // The record is the one lamina1::LeerCampoMater reads: the layer count, then
 // per layer 17 reals and the failure flag, separated by white space.  Where
 // LeerCampoMater takes whatever sscanf can convert and ignores what follows,
-// this reader accepts only:
+// this reader accepts only (numbers in the grammar of laminate/decimal.h):
 //   - a layer count written as decimal digits, from 1 to kMaxLayers;
 //   - per layer, exactly 18 fields: 17 decimal reals ([+-]digits[.digits]
 //     [e[+-]digits], no hexadecimal, no inf or nan) that are finite, and a flag
@@ -13,6 +13,13 @@
 //   - moduli E1 E2 G12 G13 G23 and the thickness t > 0; strengths Xc Yc Xt Yt
 //     S12 S23 S13 and the specific weight sw >= 0; spare and angle any finite
 //     value;
+//   - moduli, thickness and the strengths other than 0 from 1e-30 to 1e30
+//     (checked last, after the stiffness):
+//     within that span every constant the failure criteria form from them is
+//     a normal finite number (Xt Xc, 8 G12 S13 / (pi t), the fibre-kinking
+//     angle, ...), so no criterion overflows or underflows on the record
+//     alone (strengths of 1e308 would make the Tsai-Wu coefficients 0 and the
+//     in-situ LaRC04 strengths infinite);
 //   - a Poisson ratio that keeps the ply stiffness positive definite:
 //     1 - nu12 * nu21 > 0 with nu21 = nu12 * E2 / E1;
 //   - an assembled 8 x 8 laminate stiffness K, built as the model builds it,
@@ -54,7 +61,8 @@ public:
         FLAG,         // flag other than 0 or 1
         TRAILING,     // text after the last layer
         POISSON,      // ply stiffness not positive definite
-        SINGULAR      // K singular, or its inverse not finite
+        SINGULAR,     // K singular, or its inverse not finite
+        MAGNITUDE     // a modulus, strength or thickness outside 1e-30..1e30
     };
 
     // Why a record was refused: where, which rule, and what was found there.
@@ -66,7 +74,7 @@ public:
 
         // "layer 3, G13: must be > 0, got 0" and the like.
         std::string message() const;
-        // One upper-case word per rule (COUNT, RANGE, ... SINGULAR), for
+        // One upper-case word per rule (COUNT, RANGE, ... MAGNITUDE), for
         // error codes a script can switch on.
         char const* ruleWord() const;
     };
@@ -93,8 +101,10 @@ private:
     bool readLayer(char const*& p, char const* end, int k);
     bool checkField(int k, int f, char const* tok, size_t n);
     bool checkStiffness();
+    void outOfSpan(int layer, char const* field, std::string const& value);
 
     Refusal refusal_;
+    Refusal outOfSpan_;           // the first field outside its span, checked last
     int layers_ = 0;
     std::vector<double> values_;  // kFields per layer, layer 1 first
     std::string text_;            // copy of the accepted record

@@ -23,6 +23,7 @@
 #include "laminate/analysis/envelope.h"
 #include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/analysis/laminate_analysis.h"
+#include "laminate/laminate/decimal.h"
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
 #include "laminate/tcl/material_cmds.h"
@@ -141,7 +142,11 @@ AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedRef* full = n
 // ---- loads -----------------------------------------------------------------
 
 // Reads exactly 8 finite numbers from list into loads, snapping tiny values
-// to 0.  what names the list in messages ("loads", "case 3").
+// to 0.  what names the list in messages ("loads", "case 3").  A value
+// written as text must be of the grammar of the material record
+// (laminate/decimal.h: decimal, finite, "010" is ten, no hexadecimal, inf or
+// nan) and reads to the value that grammar gives; a number a script computed
+// and never turned into text is taken as it is, when finite.
 int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* what)
 {
     int n;
@@ -153,10 +158,32 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
         return fail(interp, msg, "LOADS", "COUNT");
     }
     for (int i = 0; i < 8; i++) {
-        double v;
-        if (Tcl_GetDoubleFromObj(nullptr, items[i], &v) != TCL_OK || !std::isfinite(v)) {
+        Tcl_Obj* item = items[i];
+        double v = 0.0;
+        bool read;
+        if (item->bytes == nullptr) {
+            read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
+        } else {
+            int length;
+            const char* text = Tcl_GetStringFromObj(item, &length);
+            size_t const len = static_cast<size_t>(length);
+            // Tcl reads a decimal number to the same (correctly rounded)
+            // value, and keeps it, but takes "010" for octal: an integer
+            // with a leading zero is read by the grammar's own reader.
+            size_t const sign = len > 0 && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+            bool octalLooking = len > sign + 1 && text[sign] == '0';
+            for (size_t k = sign; octalLooking && k < len; k++)
+                octalLooking = text[k] != '.' && text[k] != 'e' && text[k] != 'E';
+            if (!laminate_model::isDecimal(text, len))
+                read = false;
+            else if (octalLooking)
+                read = laminate_model::readDecimal(text, len, v) == laminate_model::DecimalRead::Ok;
+            else
+                read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
+        }
+        if (!read || !std::isfinite(v)) {
             Tcl_Obj* msg = Tcl_ObjPrintf("%s: load value %d is not a finite number: \"%s\"", what,
-                                         i + 1, Tcl_GetString(items[i]));
+                                         i + 1, Tcl_GetString(item));
             return fail(interp, msg, "LOADS", "VALUE");
         }
         loads[i] = std::fabs(v) <= kLoadSnap ? 0.0 : v;
@@ -378,11 +405,21 @@ FailureWords const& words()
     return x;
 }
 
+// The factor is a number (Inf: never fails) or, where no number can be
+// told, the word undefined (an index that is NaN and nothing else failing)
+// or overflow (the stresses of the loads, or the factor, beyond the largest
+// double).  Those two are rare: their words are made when needed.
 Tcl_Obj* failureDict(int criterion, PlyFailure const& f)
 {
     FailureWords const& w = words();
     Tcl_Obj* d = Tcl_NewDictObj();
-    Tcl_DictObjPut(nullptr, d, w.factor, Tcl_NewDoubleObj(f.factor));
+    Tcl_Obj* factor;
+    switch (f.outcome) {
+    case analysis::Outcome::Undefined: factor = Tcl_NewStringObj("undefined", -1); break;
+    case analysis::Outcome::Overflow: factor = Tcl_NewStringObj("overflow", -1); break;
+    default: factor = Tcl_NewDoubleObj(f.factor); break;
+    }
+    Tcl_DictObjPut(nullptr, d, w.factor, factor);
     Tcl_DictObjPut(nullptr, d, w.ply, Tcl_NewIntObj(f.ply));
     Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(f.face)]);
     Tcl_Obj* mode = w.faces[0];

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "laminate/lamina_build.h"
+#include "laminate/laminate/decimal.h"
 #include "laminate/laminate/strict_record.h"
 
 namespace {
@@ -153,6 +154,78 @@ TEST(StrictRecord, AcceptedRecordReadsAsTheModelReadsIt)
     // The largest count passes the count rule (and then misses layer 2).
     EXPECT_FALSE(r.read(record({layer()}, "10000")));
     EXPECT_EQ(r.refusal().rule, Rule::MISSING);
+}
+
+// Magnitudes whose criterion constants would overflow or underflow are
+// refused, last of all the rules: a stiffness that cannot be inverted is
+// still named as such, and the first field out of span is the one named.
+TEST(StrictRecord, ModuliStrengthsAndThicknessWithinTheirSpan)
+{
+    Case const cases[] = {
+        {record({layer(6, "1e308")}), Rule::MAGNITUDE, 1, "Xc",
+         "layer 1, Xc: must be from 1e-30 to 1e30 (a strength may also be 0), got 1e308"},
+        {record({layer(), layer(12, "1e-31")}), Rule::MAGNITUDE, 2, "S13",
+         "layer 2, S13: must be from 1e-30 to 1e30 (a strength may also be 0), got 1e-31"},
+        {record({layer(15, "1e31"), layer(6, "1e308")}), Rule::MAGNITUDE, 1, "t",
+         "layer 1, t: must be from 1e-30 to 1e30 (a strength may also be 0), got 1e31"},
+        {record({layer(4, "1e31")}), Rule::MAGNITUDE, 1, "G13",
+         "layer 1, G13: must be from 1e-30 to 1e30 (a strength may also be 0), got 1e31"},
+        {record({layer(0, "1e31")}), Rule::SINGULAR, 0, "K",
+         "stiffness K: must be invertible with a finite inverse, got a singular matrix"},
+        {record({layer(6, "1e308"), layer(1, "nope")}), Rule::NUMBER, 2, "E2",
+         "layer 2, E2: must be a decimal number, got nope"},
+    };
+    for (Case const& c : cases) {
+        StrictRecord r;
+        EXPECT_FALSE(r.read(c.text)) << c.text;
+        EXPECT_EQ(r.refusal().rule, c.rule) << c.text;
+        EXPECT_EQ(r.refusal().layer, c.layer) << c.text;
+        EXPECT_EQ(r.refusal().field, c.field) << c.text;
+        EXPECT_EQ(r.refusal().message(), c.message) << c.text;
+    }
+    StrictRecord r;
+    r.read(cases[0].text);
+    EXPECT_STREQ(r.refusal().ruleWord(), "MAGNITUDE");
+    // The ends of the span, strengths of 0 and any specific weight pass.
+    std::vector<std::string> edges = layer(6, "0");
+    edges[8] = "1e30", edges[7] = "1e-30", edges[16] = "1e300";
+    EXPECT_TRUE(r.read(record({edges}))) << r.refusal().message();
+}
+
+// The grammar shared by the record and the load cases of the analysis
+// commands: decimal only, finite, no reading of leading zeros as octal.
+TEST(Decimal, ReadsDecimalNumbersOnly)
+{
+    using laminate_model::DecimalRead;
+    struct Word {
+        char const* text;
+        DecimalRead read;
+        double value;
+    };
+    Word const words[] = {
+        {"010", DecimalRead::Ok, 10.0},      {"-0.5e-3", DecimalRead::Ok, -0.5e-3},
+        {"+.25", DecimalRead::Ok, 0.25},     {"7.", DecimalRead::Ok, 7.0},
+        {"1e-400", DecimalRead::Ok, 0.0},    {"1E+2", DecimalRead::Ok, 100.0},
+        {"0x10", DecimalRead::NotDecimal, 0}, {" 5", DecimalRead::NotDecimal, 0},
+        {"5 ", DecimalRead::NotDecimal, 0},   {"", DecimalRead::NotDecimal, 0},
+        {".", DecimalRead::NotDecimal, 0},    {"1e", DecimalRead::NotDecimal, 0},
+        {"0d10", DecimalRead::NotDecimal, 0}, {"1_000", DecimalRead::NotDecimal, 0},
+        {"1e999", DecimalRead::NotFinite, 0}, {"-Inf", DecimalRead::NotFinite, 0},
+        {"nan(1)", DecimalRead::NotFinite, 0}, {"infinity", DecimalRead::NotFinite, 0},
+    };
+    for (Word const& w : words) {
+        double v = -1.0;
+        std::string const text = w.text;
+        EXPECT_EQ(laminate_model::readDecimal(text.data(), text.size(), v), w.read) << w.text;
+        EXPECT_EQ(v, w.read == DecimalRead::Ok ? w.value : -1.0) << w.text;
+    }
+    // Only the n bytes given are read; a long number is read in full.
+    double v = 0.0;
+    EXPECT_EQ(laminate_model::readDecimal("12x", 2, v), DecimalRead::Ok);
+    EXPECT_EQ(v, 12.0);
+    std::string const longNumber = "1." + std::string(100, '0') + "1";
+    EXPECT_EQ(laminate_model::readDecimal(longNumber.data(), longNumber.size(), v), DecimalRead::Ok);
+    EXPECT_EQ(v, 1.0);
 }
 
 }  // namespace
