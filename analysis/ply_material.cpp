@@ -12,8 +12,6 @@ namespace {
 
 size_t const kShownChars = 40;  // longest text quoted back in a refusal
 
-bool digit(char c) { return c >= '0' && c <= '9'; }
-
 // A value quoted back: at most kShownChars bytes, cut before a UTF-8
 // continuation byte, with "..." when cut.
 std::string shown(std::string const& s)
@@ -22,40 +20,6 @@ std::string shown(std::string const& s)
     size_t cut = kShownChars;
     while (cut > 0 && (static_cast<unsigned char>(s[cut]) & 0xC0) == 0x80) --cut;
     return s.substr(0, cut) + "...";
-}
-
-// [+-] digits [. [digits]] | [+-] . digits, then an optional exponent.
-bool decimalReal(char const* t, size_t n)
-{
-    size_t i = 0;
-    if (i < n && (t[i] == '+' || t[i] == '-')) ++i;
-    size_t digits = 0;
-    while (i < n && digit(t[i])) ++i, ++digits;
-    if (i < n && t[i] == '.') {
-        ++i;
-        while (i < n && digit(t[i])) ++i, ++digits;
-    }
-    if (digits == 0) return false;
-    if (i < n && (t[i] == 'e' || t[i] == 'E')) {
-        ++i;
-        if (i < n && (t[i] == '+' || t[i] == '-')) ++i;
-        size_t expDigits = 0;
-        while (i < n && digit(t[i])) ++i, ++expDigits;
-        if (expDigits == 0) return false;
-    }
-    return i == n;
-}
-
-// The spellings of infinity and not-a-number strtod would read: refused as
-// not finite rather than as not a number, as the record reader does.
-bool nonFiniteWord(char const* t, size_t n)
-{
-    if (n > 0 && (t[0] == '+' || t[0] == '-')) ++t, --n;
-    auto is = [t, n](char const* w) {
-        return n >= std::strlen(w) && strncasecmp(t, w, std::strlen(w)) == 0;
-    };
-    return (n == 3 && is("inf")) || (n == 8 && is("infinity")) ||
-           (is("nan") && (n == 3 || (t[3] == '(' && t[n - 1] == ')')));
 }
 
 char const* const kUnitWords[] = {"N-mm-MPa", "N-m-Pa", nullptr};
@@ -77,14 +41,6 @@ Inclinations const kInclinations[] = {
 };
 
 }  // namespace
-
-DecimalRead readDecimal(char const* text, size_t n, double& value)
-{
-    if (nonFiniteWord(text, n)) return DecimalRead::NotFinite;
-    if (!decimalReal(text, n)) return DecimalRead::NotDecimal;
-    value = std::strtod(std::string(text, n).c_str(), nullptr);
-    return std::isfinite(value) ? DecimalRead::Ok : DecimalRead::NotFinite;
-}
 
 char const* unitName(UnitSystem u)
 {

@@ -28,14 +28,13 @@
 #include <utility>
 #include <vector>
 
+#include "laminate/laminate/decimal.h"
+
 namespace analysis {
 
-// The record's number grammar: [+-]digits[.digits][e[+-]digits] (also
-// [+-].digits), no hexadecimal, no inf or nan, and the value finite.  The
-// strict record reader keeps the same grammar to itself; this is the one
-// copy the analysis floor uses until the reader offers it as a function.
-enum class DecimalRead { Ok, NotDecimal, NotFinite };
-DecimalRead readDecimal(char const* text, size_t n, double& value);
+// Values are read with the record's number grammar (laminate/decimal.h).
+using laminate_model::DecimalRead;
+using laminate_model::readDecimal;
 
 // The unit systems a material may declare.  Nothing is converted: a material
 // holds its numbers in its own system, and a layup takes one system only.
