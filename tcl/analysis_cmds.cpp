@@ -683,6 +683,17 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
         analysis::envelope(*an, plane[0], plane[1], criteria_in_order[criterion], points);
     Tcl_Obj* out = Tcl_NewListObj(0, nullptr);
     for (analysis::EnvelopePoint const& p : pts) {
+        analysis::Outcome const o = p.failure.outcome;
+        if (o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow) {
+            // No load to give: the ray's point is the word, twice, as the
+            // factor of laminate::fpf is.
+            Tcl_Obj* word = Tcl_NewStringObj(o == analysis::Outcome::Undefined ? "undefined"
+                                                                                  : "overflow",
+                                             -1);
+            Tcl_Obj* pair[2] = {word, word};
+            Tcl_ListObjAppendElement(nullptr, out, Tcl_NewListObj(2, pair));
+            continue;
+        }
         double const xy[2] = {p.x, p.y};
         Tcl_ListObjAppendElement(nullptr, out, doubles(xy, 2));
     }
