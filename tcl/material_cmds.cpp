@@ -515,6 +515,13 @@ bool layup_ply_materials(char const* name, std::vector<PlyMaterial>& plies)
     return plies.size() == info.plies.size();
 }
 
+void reset_ply_materials()
+{
+    std::lock_guard<std::mutex> hold(store().lock);
+    store().materials.clear();
+    store().layups.clear();
+}
+
 void forget_layup(char const* name)
 {
     std::lock_guard<std::mutex> hold(store().lock);

@@ -17,6 +17,10 @@ int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
 // laminate::layup.  The caller holds the registry lock.
 bool layup_ply_materials(char const* name, std::vector<analysis::PlyMaterial>& plies);
 
+// Forgets every ply material and layup, as the library loaded.  For test
+// harnesses that reset the registry (reset_registry); no command calls it.
+void reset_ply_materials();
+
 // Forgets what laminate::layup recorded for name, when name is defined
 // again.  The caller holds the registry lock.
 void forget_layup(char const* name);

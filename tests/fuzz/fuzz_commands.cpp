@@ -6,12 +6,17 @@
 // the package commands below is skipped, so nothing else of the interpreter
 // (exit, exec, source, ...) can be reached.  At most kMaxCommands lines run.
 //
+// Every first-ply failure factor and envelope point a command answers must
+// be a number of its range or a documented word: anything else (NaN, a
+// negative factor) is a finding.
+//
 // Two outcomes of the three Laminate commands end a run the way they end a
 // process, and are legitimate here: a fatal error of the linear-algebra layer
 // (exit status 2; the quit hook throws it back to this harness), and
 // laminate_material refusing a record while two or more other materials
 // exist (it never returns; predicted before the call, and not made).  Both
 // end the input with the registry reset.
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -24,7 +29,80 @@ namespace {
 char const* const kCommands[] = {
     "laminate_material", "laminate_results",   "last_layer",
     "laminate::define",  "laminate::abd",      "laminate::evaluate",
-    "laminate::fpf",     "laminate::batch",    "laminate::envelope"};
+    "laminate::fpf",     "laminate::batch",    "laminate::envelope",
+    "laminate::material", "laminate::layup",   "laminate::describe"};
+
+// A first-ply failure factor is a number from 0 to Inf, or one of the words
+// that say why there is none; an envelope coordinate is a number (either
+// sign, infinite included) or such a word.  Never NaN, never a negative
+// factor.
+bool isWord(Tcl_Obj* o)
+{
+    char const* s = Tcl_GetString(o);
+    return std::strcmp(s, "undefined") == 0 || std::strcmp(s, "overflow") == 0;
+}
+
+void checkFactor(Tcl_Obj* factor, char const* command)
+{
+    double v;
+    if (isWord(factor)) return;
+    if (Tcl_GetDoubleFromObj(nullptr, factor, &v) != TCL_OK || std::isnan(v) || v < 0.0)
+        fuzz::fail("%s gave the factor \"%s\"", command, Tcl_GetString(factor));
+}
+
+// fpf: {criterion {factor F ply P face FACE mode M} ...}.
+void checkFailures(Tcl_Obj* byCriterion, char const* command)
+{
+    Tcl_DictSearch search;
+    Tcl_Obj *key, *value;
+    int done;
+    if (Tcl_DictObjFirst(nullptr, byCriterion, &search, &key, &value, &done) != TCL_OK)
+        fuzz::fail("%s gave no dict: %s", command, Tcl_GetString(byCriterion));
+    for (; !done; Tcl_DictObjNext(&search, &key, &value, &done)) {
+        Tcl_Obj* factorKey = Tcl_NewStringObj("factor", -1);
+        Tcl_Obj* factor = nullptr;
+        Tcl_IncrRefCount(factorKey);
+        Tcl_DictObjGet(nullptr, value, factorKey, &factor);
+        Tcl_DecrRefCount(factorKey);
+        if (factor == nullptr) fuzz::fail("%s gave no factor: %s", command, Tcl_GetString(value));
+        checkFactor(factor, command);
+    }
+    Tcl_DictObjDone(&search);
+}
+
+// The answers of the commands that rate, checked after a successful call.
+void checkAnswer(char const* name, Tcl_Obj* result)
+{
+    int n = 0;
+    Tcl_Obj** items = nullptr;
+    if (std::strcmp(name, "laminate::fpf") == 0) {
+        checkFailures(result, name);
+    } else if (std::strcmp(name, "laminate::evaluate") == 0) {
+        Tcl_Obj* key = Tcl_NewStringObj("fpf", -1);
+        Tcl_Obj* fpf = nullptr;
+        Tcl_IncrRefCount(key);
+        Tcl_DictObjGet(nullptr, result, key, &fpf);
+        Tcl_DecrRefCount(key);
+        if (fpf == nullptr) fuzz::fail("laminate::evaluate gave no fpf");
+        checkFailures(fpf, name);
+    } else if (std::strcmp(name, "laminate::batch") == 0) {
+        Tcl_ListObjGetElements(nullptr, result, &n, &items);
+        for (int i = 0; i < n; i++) checkFailures(items[i], name);
+    } else if (std::strcmp(name, "laminate::envelope") == 0) {
+        Tcl_ListObjGetElements(nullptr, result, &n, &items);
+        for (int i = 0; i < n; i++) {
+            int m = 0;
+            Tcl_Obj** xy = nullptr;
+            Tcl_ListObjGetElements(nullptr, items[i], &m, &xy);
+            for (int k = 0; k < m; k++) {
+                double v;
+                if (isWord(xy[k])) continue;
+                if (Tcl_GetDoubleFromObj(nullptr, xy[k], &v) != TCL_OK || std::isnan(v))
+                    fuzz::fail("laminate::envelope gave the point \"%s\"", Tcl_GetString(items[i]));
+            }
+        }
+    }
+}
 
 int const kMaxCommands = 64;
 
@@ -58,6 +136,10 @@ bool runLine(Tcl_Interp* interp, Tcl_Obj* line)
     for (char const* c : kCommands) known = known || std::strcmp(c, name) == 0;
     Tcl_CmdInfo info;
     if (!known || !Tcl_GetCommandInfo(interp, name, &info) || tooLong(objc, objv)) return true;
+    // Reading material libraries would reach the file system.
+    if (std::strcmp(name, "laminate::material") == 0 && objc > 1 &&
+        std::strcmp(Tcl_GetString(objv[1]), "load") == 0)
+        return true;
 
     if (std::strcmp(name, "laminate_material") == 0 && objc == 3 &&
         fuzz::materialWouldSpin(Tcl_GetString(objv[2]))) {
@@ -67,7 +149,8 @@ bool runLine(Tcl_Interp* interp, Tcl_Obj* line)
     // The callback is called directly, not through Tcl's evaluation, so that
     // a thrown Quit crosses no frame of the interpreter.
     try {
-        info.objProc(info.objClientData, interp, objc, objv);
+        if (info.objProc(info.objClientData, interp, objc, objv) == TCL_OK)
+            checkAnswer(name, Tcl_GetObjResult(interp));
     } catch (fuzz::Quit const&) {
         fuzz::afterQuit();
         Tcl_ResetResult(interp);

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "laminate/tcl/analysis_cmds.h"
+#include "laminate/tcl/material_cmds.h"
 #include "laminate/tcl/registry.h"
 #include "laminate/util/errorwriter.h"
 
@@ -48,6 +49,7 @@ void resetRegistry()
 {
     reset_registry();
     forget_prepared_analyses();
+    reset_ply_materials();
 }
 
 Tcl_Interp* interpreter()
