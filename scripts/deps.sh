@@ -8,7 +8,7 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ tcl tcl8.6 tcl8.6-dev libgtest-dev libgmock-dev libbenchmark-dev libboost-dev
-          tcllib libxml2-utils tcl-thread time)
+          tcllib libxml2-utils tcl-thread time pybind11-dev python3-numpy python3-pytest)
 # Manual pages (dtplite, groff, man), pkg-config and the Debian package tools.
 packages+=(groff-base man-db pkgconf dpkg-dev)
 # With --fuzz (scripts/fuzz.sh), also clang with its libFuzzer runtime and
@@ -16,7 +16,7 @@ packages+=(groff-base man-db pkgconf dpkg-dev)
 if [ "${1:-}" = "--fuzz" ]; then
     packages+=(clang libclang-rt-14-dev llvm)
 fi
-optional=(chromium-headless-shell lintian)
+optional=(chromium-headless-shell lintian python3-dask python3-distributed)
 [ "${LAMINATE_NO_OPTIONAL:-0}" = 1 ] && optional=()
 
 installed() {

@@ -1,0 +1,482 @@
+// The Python module laminate (its binary part, laminate._laminate): ply
+// materials, laminates from a record, a stacking sequence or a list of
+// plies, and their analysis, answering NumPy arrays.  The numbers are those
+// of the analysis floor, the same the Tcl commands give.
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <pybind11/numpy.h>
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include "errors.h"
+#include "fpf_batch.h"
+#include "laminate/analysis/envelope.h"
+#include "laminate/analysis/layup_notation.h"
+#include "laminate/analysis/material_library.h"
+#include "prepared_laminate.h"
+
+namespace py = pybind11;
+using analysis::Criterion;
+using analysis::LaminateAnalysis;
+using analysis::PlyMaterial;
+using pylaminate::Error;
+using pylaminate::ErrorKind;
+using pylaminate::FailureRow;
+using pylaminate::Material;
+using pylaminate::MaterialRef;
+using pylaminate::PreparedLaminate;
+
+namespace {
+
+using Loads = py::array_t<double, py::array::c_style | py::array::forcecast>;
+
+// ---- conversions -------------------------------------------------------------
+
+py::array_t<double> vector(double const* v, py::ssize_t n)
+{
+    py::array_t<double> a(n);
+    std::memcpy(a.mutable_data(), v, sizeof(double) * static_cast<size_t>(n));
+    return a;
+}
+
+py::array_t<double> matrix(vantrel::Matriu const& m)
+{
+    py::array_t<double> a({static_cast<py::ssize_t>(m.nrows), static_cast<py::ssize_t>(m.ncols)});
+    std::memcpy(a.mutable_data(), m.data, sizeof(double) * static_cast<size_t>(m.nrows * m.ncols));
+    return a;
+}
+
+// A value of a material property as text, for the record's number grammar:
+// a float by its shortest repr (which reads back to the same double), any
+// other object by str().
+std::string propertyText(py::handle value)
+{
+    if (py::isinstance<py::bool_>(value))
+        throw py::type_error("a material property is a number or a word, not a bool");
+    if (py::isinstance<py::float_>(value)) return py::repr(value).cast<std::string>();
+    return py::str(value).cast<std::string>();
+}
+
+std::vector<std::pair<std::string, std::string>> propertyPairs(py::handle props)
+{
+    std::vector<std::pair<std::string, std::string>> pairs;
+    for (auto item : py::reinterpret_borrow<py::dict>(props))
+        pairs.emplace_back(py::str(item.first).cast<std::string>(), propertyText(item.second));
+    return pairs;
+}
+
+// A material as a dict in key order: every value it has (numbers as
+// floats), or with given=True only the given ones, as written.
+py::dict materialDict(PlyMaterial const& m, bool givenOnly)
+{
+    py::dict d;
+    for (int i = 0; i < PlyMaterial::kKeyCount; ++i) {
+        PlyMaterial::Key const k = static_cast<PlyMaterial::Key>(i);
+        if (givenOnly ? !m.given(k) : !m.has(k)) continue;
+        PlyMaterial::KeyRow const& row = PlyMaterial::kKeys[k];
+        if (givenOnly || row.kind == PlyMaterial::ONE_OF || row.kind == PlyMaterial::FREE_TEXT)
+            d[row.name] = m.text(k);
+        else
+            d[row.name] = m.number(k);
+    }
+    return d;
+}
+
+Criterion criterion(std::string const& word)
+{
+    if (word == "tsaiwu") return Criterion::TsaiWu;
+    if (word == "hashin") return Criterion::Hashin;
+    if (word == "larc04") return Criterion::LaRC04;
+    throw Error(ErrorKind::Laminate,
+                "bad criterion \"" + word + "\": must be tsaiwu, hashin, or larc04", {"CRITERION", word});
+}
+
+char const* const kCriteria[] = {"tsaiwu", "hashin", "larc04"};
+Criterion const kCriterionOrder[] = {Criterion::TsaiWu, Criterion::Hashin, Criterion::LaRC04};
+
+// The loads of one case: 8 finite numbers, tiny ones snapped to 0.
+void oneCase(Loads const& loads, double out[8])
+{
+    if (loads.ndim() != 1 || loads.shape(0) != 8) {
+        std::string shape = "(";
+        for (py::ssize_t i = 0; i < loads.ndim(); i++)
+            shape += (i ? ", " : "") + std::to_string(loads.shape(i));
+        throw Error(ErrorKind::Loads,
+                    "loads: expected 8 load values N1 N2 N12 M1 M2 M12 Q1 Q2, got shape " + shape +
+                        (loads.ndim() == 1 ? ",)" : ")"),
+                    {"LOADS", "COUNT"});
+    }
+    pylaminate::checkLoads(loads.data(), 1, true);
+    pylaminate::snapLoads(loads.data(), out);
+}
+
+py::dict failureDict(Criterion c, analysis::PlyFailure const& f)
+{
+    py::dict d;
+    d["factor"] = f.factor;
+    d["ply"] = f.ply;
+    d["face"] = pylaminate::faceWord(f.face);
+    d["mode"] = pylaminate::modeWord(c, f);
+    d["outcome"] = pylaminate::outcomeWord(f.outcome);
+    return d;
+}
+
+// The structured dtype of first-ply-failure answers (FailureRow).
+py::dtype failureDtype()
+{
+    py::dict spec;
+    spec["names"] = py::make_tuple("factor", "ply", "face", "mode", "outcome");
+    spec["formats"] = py::make_tuple("<f8", "<i4", "<U6", "<U6", "<U9");
+    spec["offsets"] = py::make_tuple(offsetof(FailureRow, factor), offsetof(FailureRow, ply),
+                                     offsetof(FailureRow, face), offsetof(FailureRow, mode),
+                                     offsetof(FailureRow, outcome));
+    spec["itemsize"] = sizeof(FailureRow);
+    return py::dtype::from_args(spec);
+}
+
+// ---- the laminate ------------------------------------------------------------
+
+// A reported criterion value as laminate::evaluate shows it: not assessed as 0.
+double shownIndex(double v) { return v == analysis::kNotAssessed ? 0.0 : v; }
+
+py::dict plyDict(LaminateAnalysis const& an, int layer, analysis::PlyResult const& r)
+{
+    laminate_model::LayerState const& s = r.state;
+    py::dict d;
+    d["FS_TW"] = shownIndex(r.tsaiWu);
+    d["stresses"] = vector(s.stressesLam, 3);
+    d["strains"] = vector(s.strainsLam, 3);
+    d["stresstop"] = vector(s.stressesTopLam, 3);
+    d["stressbas"] = vector(s.stressesBasLam, 3);
+    double const ss[3] = {s.shearStressesLam[0], s.shearStressesLam[1], s.stressesLam[2]};
+    d["s_stresses"] = vector(ss, 3);
+    double const se[3] = {s.shearStrainsLam[0], s.shearStrainsLam[1], s.strainsLam[2]};
+    d["s_strains"] = vector(se, 3);
+    for (int m = 0; m < 6; m++) d[("FS_LaRCm" + std::to_string(m + 1)).c_str()] = shownIndex(r.larc04[m]);
+    char const* const axes[3] = {"1", "2", "3"};
+    for (int i = 0; i < 3; i++) d[(std::string("stress") + axes[i] + "_lam").c_str()] = s.stressesLam[i];
+    for (int i = 0; i < 3; i++) d[(std::string("strain") + axes[i] + "_lam").c_str()] = s.strainsLam[i];
+    for (int i = 0; i < 3; i++) d[(std::string("stress") + axes[i] + "_t_lam").c_str()] = s.stressesTopLam[i];
+    for (int i = 0; i < 3; i++) d[(std::string("stress") + axes[i] + "_b_lam").c_str()] = s.stressesBasLam[i];
+    d["shearStress23_lam"] = s.shearStressesLam[0];
+    d["shearStress13_lam"] = s.shearStressesLam[1];
+    d["shearStrain23_lam"] = s.shearStrainsLam[0];
+    d["shearStrain13_lam"] = s.shearStrainsLam[1];
+    d["FS_TW_simple"] = shownIndex(r.tsaiWuSimple);
+    d["hashin_matrix"] = shownIndex(r.hashinMatrix);
+    d["hashin_fibre"] = shownIndex(r.hashinFibre);
+    d["angle"] = an.angle(layer);
+    double const z[2] = {an.zLow(layer), an.zHigh(layer)};
+    d["z"] = vector(z, 2);
+    d["flag"] = an.plies()[layer - 1].data.flag;
+    d["xy_stresstop"] = vector(s.stressesTop, 3);
+    d["xy_stressbas"] = vector(s.stressesBas, 3);
+    double mid[3];
+    for (int i = 0; i < 3; i++) mid[i] = 0.5 * (s.stressesTop[i] + s.stressesBas[i]);
+    d["xy_stresses"] = vector(mid, 3);
+    d["xy_straintop"] = vector(s.strainsTop, 3);
+    d["xy_strainbas"] = vector(s.strainsBas, 3);
+    for (int i = 0; i < 3; i++) mid[i] = 0.5 * (s.strainsTop[i] + s.strainsBas[i]);
+    d["xy_strains"] = vector(mid, 3);
+    return d;
+}
+
+py::dict engineeringDict(PreparedLaminate const& p)
+{
+    using E = analysis::EngineeringConstants;
+    E const e = p.engineering();
+    py::dict d;
+    d["status"] = e.status == E::Ok            ? "ok"
+                  : e.status == E::NotPositive ? "notpositive"
+                  : e.status == E::Singular    ? "singular"
+                                               : "notprepared";
+    if (e.status != E::Ok && e.status != E::NotPositive) return d;
+    py::array_t<double> abd({6, 6});
+    std::memcpy(abd.mutable_data(), e.compliance, sizeof e.compliance);
+    d["abd"] = abd;
+    if (e.status != E::Ok) return d;
+    d["Ex"] = e.Ex, d["Ey"] = e.Ey, d["Gxy"] = e.Gxy, d["nuxy"] = e.nuxy, d["nuyx"] = e.nuyx;
+    d["Exb"] = e.Exb, d["Eyb"] = e.Eyb, d["Gxyb"] = e.Gxyb, d["nuxyb"] = e.nuxyb, d["nuyxb"] = e.nuyxb;
+    if (e.hasWeight) d["weight"] = e.weight;
+    if (e.hasThermal) {
+        d["alpha"] = vector(e.thermal, 3);
+        d["alpha_curvature"] = vector(e.thermal + 3, 3);
+    }
+    if (e.hasMoisture) {
+        d["beta"] = vector(e.moisture, 3);
+        d["beta_curvature"] = vector(e.moisture + 3, 3);
+    }
+    return d;
+}
+
+// What Python holds: the prepared laminate, shared and never changed.
+struct Laminate {
+    std::shared_ptr<PreparedLaminate const> p;
+};
+
+double plyNumber(py::handle value, int ply, char const* what)
+{
+    double v = py::cast<double>(value);
+    bool const thickness = std::strcmp(what, "thickness") == 0;
+    char const* rule = !std::isfinite(v) ? "must be finite" : thickness && !(v > 0) ? "must be > 0" : nullptr;
+    if (rule != nullptr) {
+        std::string const n = std::to_string(ply);
+        throw Error(ErrorKind::Layup,
+                    "ply " + n + ", " + what + ": " + rule + ", got " + py::repr(value).cast<std::string>(),
+                    {"LAYUP", "PLY", n});
+    }
+    return v;
+}
+
+double defaultThickness(py::object thickness)
+{
+    if (thickness.is_none()) return 0.0;
+    double const t = py::cast<double>(thickness);
+    if (!(t > 0) || !std::isfinite(t))
+        throw Error(ErrorKind::Layup,
+                    "thickness: must be a finite number > 0, got " + py::repr(thickness).cast<std::string>(),
+                    {"OPTION", "thickness"});
+    return t;
+}
+
+Laminate fromLayup(std::string const& text, py::object material, py::object thickness)
+{
+    analysis::LayupNotation notation;
+    if (!notation.parse(text))
+        throw Error(ErrorKind::Layup, "layup " + pylaminate::shown(text) + ", " + notation.refusal().message(),
+                    {"LAYUP", "SYNTAX", std::to_string(notation.refusal().column)});
+    if (material.is_none())
+        throw Error(ErrorKind::Layup, "layup " + pylaminate::shown(text) + ": a stacking sequence needs a material",
+                    {"LAYUP", "MATERIAL", "0", ""});
+    MaterialRef const m = py::cast<std::shared_ptr<Material>>(material);
+    double const t = defaultThickness(thickness);
+    std::vector<pylaminate::Ply> plies;
+    for (double angle : notation.angles()) plies.push_back({m, angle, 0.0});
+    return Laminate{PreparedLaminate::fromPlies(plies, t, text)};
+}
+
+Laminate fromPlies(py::iterable list, py::object thickness)
+{
+    std::vector<pylaminate::Ply> plies;
+    int n = 0;
+    for (py::handle item : list) {
+        ++n;
+        py::sequence ply;
+        if (py::isinstance<py::sequence>(item) && !py::isinstance<py::str>(item)) ply = py::reinterpret_borrow<py::sequence>(item);
+        if (!ply || ply.size() < 2 || ply.size() > 3 || !py::isinstance<Material>(ply[0])) {
+            std::string const k = std::to_string(n);
+            throw Error(ErrorKind::Layup,
+                        "ply " + k + ": expected (material, angle[, thickness]), got " +
+                            pylaminate::shown(py::repr(item).cast<std::string>()),
+                        {"LAYUP", "PLY", k});
+        }
+        pylaminate::Ply p{ply[0].cast<std::shared_ptr<Material>>(), plyNumber(ply[1], n, "angle"),
+                          ply.size() == 3 ? plyNumber(ply[2], n, "thickness") : 0.0};
+        plies.push_back(p);
+    }
+    return Laminate{PreparedLaminate::fromPlies(plies, defaultThickness(thickness), "")};
+}
+
+py::dict abd(Laminate const& self)
+{
+    LaminateAnalysis const& an = self.p->analysis();
+    py::dict d;
+    d["A"] = matrix(an.A());
+    d["B"] = matrix(an.B());
+    d["D"] = matrix(an.D());
+    d["H"] = matrix(an.H());
+    d["K"] = matrix(an.K());
+    d["thickness"] = an.thickness();
+    d["engineering"] = engineeringDict(*self.p);
+    return d;
+}
+
+py::dict evaluate(Laminate const& self, Loads loads)
+{
+    double l[8];
+    oneCase(loads, l);
+    LaminateAnalysis const& an = self.p->analysis();
+    analysis::Evaluation ev;
+    an.evaluate(l, ev);
+    py::list plies;
+    for (int k = 1; k <= an.layers(); k++) plies.append(plyDict(an, k, ev.plies[k - 1]));
+    py::dict fpf;
+    for (int c = 0; c < 3; c++) fpf[kCriteria[c]] = failureDict(kCriterionOrder[c], an.firstPlyFailure(l, kCriterionOrder[c]));
+    std::vector<analysis::ShearPoint> points;
+    if (self.p->shear().status() == analysis::InterlaminarShear::Ok) self.p->shear().profile(l, points);
+    py::array_t<double> shear({static_cast<py::ssize_t>(points.size()), py::ssize_t(3)});
+    double* out = shear.mutable_data();
+    for (size_t i = 0; i < points.size(); i++) {
+        out[3 * i] = points[i].z;
+        out[3 * i + 1] = points[i].xz;
+        out[3 * i + 2] = points[i].yz;
+    }
+    py::dict d;
+    d["strains"] = vector(ev.strains, 8);
+    d["plies"] = plies;
+    d["fpf"] = fpf;
+    d["interlaminar"] = shear;
+    return d;
+}
+
+py::array fpf(Laminate const& self, Loads loads, std::string const& criterionWord, int threads)
+{
+    Criterion const c = criterion(criterionWord);
+    if (threads < 1)
+        throw Error(ErrorKind::Laminate, "threads: expected an integer >= 1, got " + std::to_string(threads),
+                    {"OPTION", "threads"});
+    bool const single = loads.ndim() == 1;
+    if ((loads.ndim() != 1 && loads.ndim() != 2) || loads.shape(loads.ndim() - 1) != 8) {
+        std::string shape = "(";
+        for (py::ssize_t i = 0; i < loads.ndim(); i++) shape += (i ? ", " : "") + std::to_string(loads.shape(i));
+        throw Error(ErrorKind::Loads,
+                    "loads: expected an array of shape (8,) or (n, 8) of load values N1 N2 N12 M1 M2 M12 Q1 Q2, "
+                    "got shape " + shape + (loads.ndim() == 1 ? ",)" : ")"),
+                    {"LOADS", "COUNT"});
+    }
+    size_t const rows = single ? 1 : static_cast<size_t>(loads.shape(0));
+    std::vector<py::ssize_t> shape;
+    if (!single) shape.push_back(static_cast<py::ssize_t>(rows));
+    py::array out(failureDtype(), shape);
+    FailureRow* rowsOut = static_cast<FailureRow*>(out.mutable_data());
+    double const* in = loads.data();
+    std::shared_ptr<PreparedLaminate const> keep = self.p;
+    {
+        py::gil_scoped_release release;
+        pylaminate::checkLoads(in, rows, single);
+        pylaminate::rateRows(keep->analysis(), c, in, rows, rowsOut, threads);
+    }
+    return out;
+}
+
+py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string const& criterionWord, int points)
+{
+    Criterion const c = criterion(criterionWord);
+    if (points < 1 || points > 100000)
+        throw Error(ErrorKind::Laminate, "points: expected an integer from 1 to 100000, got " + std::to_string(points),
+                    {"OPTION", "points"});
+    int const i = plane.first, j = plane.second;
+    if (i < 1 || i > 8 || j < 1 || j > 8 || i == j)
+        throw Error(ErrorKind::Laminate,
+                    "plane: expected two different load components from 1 to 8, got (" + std::to_string(i) + ", " +
+                        std::to_string(j) + ")",
+                    {"PLANE", "INVALID"});
+    std::vector<analysis::EnvelopePoint> pts;
+    {
+        py::gil_scoped_release release;
+        pts = analysis::envelope(self.p->analysis(), i, j, c, points);
+    }
+    py::dict spec;
+    spec["names"] = py::make_tuple("x", "y", "factor", "ply", "face", "mode", "outcome");
+    spec["formats"] = py::make_tuple("<f8", "<f8", "<f8", "<i4", "<U6", "<U6", "<U9");
+    spec["offsets"] = py::make_tuple(0, 8, 16 + offsetof(FailureRow, factor), 16 + offsetof(FailureRow, ply),
+                                     16 + offsetof(FailureRow, face), 16 + offsetof(FailureRow, mode),
+                                     16 + offsetof(FailureRow, outcome));
+    spec["itemsize"] = 16 + sizeof(FailureRow);
+    py::array out(py::dtype::from_args(spec), std::vector<py::ssize_t>{static_cast<py::ssize_t>(pts.size())});
+    char* base = static_cast<char*>(out.mutable_data());
+    for (size_t k = 0; k < pts.size(); k++) {
+        char* row = base + k * (16 + sizeof(FailureRow));
+        analysis::Outcome const o = pts[k].failure.outcome;
+        // A ray without a failure load has no point: inf, and the outcome says why.
+        bool const noPoint = o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow;
+        double const xy[2] = {noPoint ? INFINITY : pts[k].x, noPoint ? INFINITY : pts[k].y};
+        std::memcpy(row, xy, sizeof xy);
+        FailureRow f;
+        pylaminate::fillRow(c, pts[k].failure, f);
+        std::memcpy(row + 16, &f, sizeof f);
+    }
+    return out;
+}
+
+py::dict parseLibrary(std::string const& text, std::string const& where)
+{
+    analysis::MaterialLibrary library;
+    if (!library.parse(text)) {
+        analysis::MaterialLibrary::Refusal const& why = library.refusal();
+        std::string const line = std::to_string(why.line);
+        throw Error(ErrorKind::Library, where + ", line " + line + ": " + why.text,
+                    {"LIBRARY", why.rule, line, why.key});
+    }
+    py::dict out;
+    for (analysis::MaterialLibrary::Entry const& e : library.entries())
+        out[py::str(e.name)] = std::make_shared<Material>(e.name, e.material);
+    return out;
+}
+
+}  // namespace
+
+#include "docstrings.h"
+
+PYBIND11_MODULE(_laminate, m)
+{
+    m.doc() = "The binary part of the laminate package; import laminate instead.";
+    pylaminate::registerErrors(m);
+
+    py::class_<Material, std::shared_ptr<Material>>(m, "Material", doc::Material)
+        .def(py::init([](py::object name, py::object props, py::kwargs kw) {
+                 if (props.is_none() && py::isinstance<py::dict>(name)) std::swap(name, props);
+                 std::vector<std::pair<std::string, std::string>> pairs;
+                 if (!props.is_none()) {
+                     if (!py::isinstance<py::dict>(props)) throw py::type_error("props must be a dict");
+                     pairs = propertyPairs(props);
+                 }
+                 for (auto const& p : propertyPairs(kw)) pairs.push_back(p);
+                 std::string const n = name.is_none() ? std::string() : py::str(name).cast<std::string>();
+                 return std::make_shared<Material>(n, pairs);
+             }),
+             py::arg("name") = py::none(), py::arg("props") = py::none())
+        .def_property_readonly("name", [](Material const& self) -> py::object {
+            return self.name.empty() ? py::object(py::none()) : py::object(py::str(self.name));
+        }, "str or None: the material's name.")
+        .def("get", [](Material const& self, bool given) { return materialDict(self.material, given); },
+             py::arg("given") = false, doc::MaterialGet)
+        .def("__getitem__", [](Material const& self, std::string const& key) -> py::object {
+            py::dict d = materialDict(self.material, false);
+            if (!d.contains(key)) throw py::key_error(key);
+            return d[py::str(key)];
+        })
+        .def("__repr__", [](Material const& self) {
+            std::string s = "Material(" + (self.name.empty() ? std::string("None") : py::repr(py::str(self.name)).cast<std::string>());
+            for (auto item : materialDict(self.material, true))
+                s += ", " + py::str(item.first).cast<std::string>() + "=" + py::repr(item.second).cast<std::string>();
+            return s + ")";
+        });
+
+    py::class_<Laminate>(m, "Laminate", doc::Laminate)
+        .def_static("from_record", [](std::string const& text) { return Laminate{PreparedLaminate::fromRecord(text)}; },
+                    py::arg("text"), doc::FromRecord)
+        .def_static("from_layup", &fromLayup, py::arg("layup"), py::kw_only(), py::arg("material") = py::none(),
+                    py::arg("thickness") = py::none(), doc::FromLayup)
+        .def_static("from_plies", &fromPlies, py::arg("plies"), py::kw_only(), py::arg("thickness") = py::none(),
+                    doc::FromPlies)
+        .def_property_readonly("layers", [](Laminate const& s) { return s.p->analysis().layers(); },
+                               "int: the number of layers.")
+        .def_property_readonly("thickness", [](Laminate const& s) { return s.p->analysis().thickness(); },
+                               "float: the total thickness.")
+        .def_property_readonly("record", [](Laminate const& s) { return s.p->record(); },
+                               "str: the record the laminate was read from.")
+        .def_property_readonly("angles", [](Laminate const& s) {
+            std::vector<double> a;
+            for (int k = 1; k <= s.p->analysis().layers(); k++) a.push_back(s.p->analysis().angle(k));
+            return vector(a.data(), static_cast<py::ssize_t>(a.size()));
+        }, "ndarray of float: the ply angles in degrees, layer 1 (lowest z) first.")
+        .def("abd", &abd, doc::Abd)
+        .def("evaluate", &evaluate, py::arg("loads"), doc::Evaluate)
+        .def("fpf", &fpf, py::arg("loads"), py::kw_only(), py::arg("criterion") = "tsaiwu", py::arg("threads") = 1,
+             doc::Fpf)
+        .def("envelope", &envelope, py::kw_only(), py::arg("plane") = std::make_pair(1, 2),
+             py::arg("criterion") = "tsaiwu", py::arg("points") = 72, doc::Envelope)
+        .def("__repr__", [](Laminate const& s) {
+            return "<laminate.Laminate of " + std::to_string(s.p->analysis().layers()) + " layers" +
+                   (s.p->notation().empty() ? std::string() : " " + s.p->notation()) + ">";
+        });
+
+    m.def("_parse_library", &parseLibrary, py::arg("text"), py::arg("where"));
+    m.attr("FPF_DTYPE") = failureDtype();
+}
