@@ -8,6 +8,7 @@
 #                                    the liblaminate1.0.so link for linkers
 #   tcl        tcl-laminate          the Tcl packages' folder, manual pages
 #   debdoc     laminate-doc          the documentation
+#   python     python3-laminate      the Python package laminate (when built)
 #
 # Files that only a Debian package carries (its copyright file and changelog
 # under /usr/share/doc/<package>, the documentation under the doc package's
@@ -22,6 +23,7 @@ set(LAMINATE_DEB_RUNTIME liblaminate${PROJECT_VERSION}-${LAMINATE_SOVERSION})
 set(LAMINATE_DEB_DEV liblaminate${PROJECT_VERSION}-dev)
 set(LAMINATE_DEB_TCL tcl-laminate)
 set(LAMINATE_DEB_DOC laminate-doc)
+set(LAMINATE_DEB_PYTHON python3-laminate)
 set(LAMINATE_DEB_SOURCE laminate)
 # Release 1 was one package, laminate, holding everything; the four that
 # replace it declare so (Breaks/Replaces), for systems that have it.
@@ -61,8 +63,14 @@ if(NOT _rc EQUAL 0)
   message(FATAL_ERROR "gzip ${_deb_build}/changelog.Debian failed")
 endif()
 
-foreach(_component runtime dev tcl debdoc)
-  if(_component STREQUAL runtime)
+set(_deb_components runtime dev tcl debdoc)
+if(LAMINATE_PYTHON_MODULE)
+  list(APPEND _deb_components python)
+endif()
+foreach(_component ${_deb_components})
+  if(_component STREQUAL python)
+    set(_package ${LAMINATE_DEB_PYTHON})
+  elseif(_component STREQUAL runtime)
     set(_package ${LAMINATE_DEB_RUNTIME})
   elseif(_component STREQUAL dev)
     set(_package ${LAMINATE_DEB_DEV})

@@ -6,6 +6,7 @@
 #   liblaminate1.0-dev_1.0-2_<arch>.deb  what C++ programs build against
 #   tcl-laminate_1.0-2_<arch>.deb        the Tcl packages and their pages
 #   laminate-doc_1.0-2_all.deb           the documentation
+#   python3-laminate_1.0-2_<arch>.deb    the Python package (when built)
 #
 # They install under /usr: the library in Debian's multiarch library folder,
 # the Tcl package folder in /usr/lib/tcltk, which Debian's tclsh has on its
@@ -27,6 +28,9 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime dev tcl debdoc)
+if(LAMINATE_PYTHON_MODULE)
+  list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${LAMINATE_DEB_RELEASE})
 set(CPACK_DEBIAN_PACKAGE_SOURCE ${LAMINATE_DEB_SOURCE})
@@ -44,10 +48,22 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/debian/CPackProject.cmake)
+set(_laminate_python_cpack)
+if(LAMINATE_PYTHON_MODULE)
+  # The Python it was built for (python3 (>= 3.11~), python3 (<< 3.12)) and NumPy.
+  set(_py ${LAMINATE_PYTHON_VERSION_MAJOR}.${LAMINATE_PYTHON_VERSION_MINOR})
+  math(EXPR _py_next "${LAMINATE_PYTHON_VERSION_MINOR} + 1")
+  set(_laminate_python_cpack "set(LAMINATE_PYTHON_MODULE_FILE \"${LAMINATE_PYTHON_MODULE_FILE}\")
+set(LAMINATE_LIBRARY_DIR \"$<TARGET_FILE_DIR:laminate>\")
+set(LAMINATE_SHLIBS \"${PROJECT_BINARY_DIR}/debian/shlibs\")
+set(LAMINATE_PYTHON_DEPENDS \"python3 (>= ${_py}~), python3 (<< ${LAMINATE_PYTHON_VERSION_MAJOR}.${_py_next}), python3-numpy\")
+include(\"${PROJECT_SOURCE_DIR}/python/LaminatePythonCPack.cmake\")
+")
+endif()
 file(GENERATE OUTPUT ${CPACK_PROJECT_CONFIG_FILE}
   CONTENT "set(LAMINATE_LIBRARY \"$<TARGET_FILE:laminate>\")
 include(\"${PROJECT_SOURCE_DIR}/cmake/LaminateCPackProject.cmake\")
-")
+${_laminate_python_cpack}")
 set(_laminate_replaces "${LAMINATE_DEB_SOURCE} (<< ${LAMINATE_DEB_VERSION})")
 
 set(_laminate_about
@@ -115,5 +131,17 @@ ${_laminate_about}
 This package contains the command reference of the Tcl packages, the
 guide to the report script with its example pictures, the manual pages
 in HTML, and notes on building these packages.")
+
+# The Python package: the module laminate, for Debian's python3.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${LAMINATE_DEB_PYTHON})
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+"Python 3 module for laminated composite shells
+${_laminate_about}
+
+This package contains the Python module laminate: ply materials,
+stacking sequences, stiffness matrices, ply results, first-ply failure
+of NumPy arrays of load cases (the GIL released, on several threads) and
+failure envelopes.")
 
 include(CPack)

@@ -48,12 +48,20 @@ set(runtime liblaminate1.0-1)
 set(dev liblaminate1.0-dev)
 set(tcl tcl-laminate)
 set(doc laminate-doc)
+set(python python3-laminate)
 set(packages ${runtime} ${dev} ${tcl} ${doc})
+# The Python package is made where the module is built (pybind11, NumPy).
+if(EXISTS ${DEBS}/${python}_${version}_${arch}.deb)
+  list(APPEND packages ${python})
+endif()
 
 file(GLOB found RELATIVE ${DEBS} ${DEBS}/*.deb)
 list(SORT found)
 set(wanted ${doc}_${version}_all.deb ${runtime}_${version}_${arch}.deb
     ${dev}_${version}_${arch}.deb ${tcl}_${version}_${arch}.deb)
+if(python IN_LIST packages)
+  list(APPEND wanted ${python}_${version}_${arch}.deb)
+endif()
 list(SORT wanted)
 if(NOT found STREQUAL wanted)
   message(FATAL_ERROR "expected the packages ${wanted} in ${DEBS}, found '${found}'")
@@ -118,6 +126,8 @@ set(paths_${doc}
   usr/share/doc/${doc}/commands.md usr/share/doc/${doc}/analysis.md
   usr/share/doc/${doc}/report.md usr/share/doc/${doc}/packaging.md
   usr/share/doc/${doc}/html/Laminate.html)
+set(paths_${python}
+  usr/lib/python3/dist-packages/laminate/__init__.py usr/lib/python3/dist-packages/laminate/materials.lam)
 set(all_files)
 foreach(p ${packages})
   list(APPEND paths_${p}
