@@ -8,6 +8,7 @@
 #                                    the liblaminate1.0.so link for linkers
 #   tcl        tcl-laminate          the Tcl packages' folder, manual pages
 #   debdoc     laminate-doc          the documentation
+#   cli        laminate              the program bin/laminate and laminate(1)
 #
 # Files that only a Debian package carries (its copyright file and changelog
 # under /usr/share/doc/<package>, the documentation under the doc package's
@@ -22,6 +23,9 @@ set(LAMINATE_DEB_RUNTIME liblaminate${PROJECT_VERSION}-${LAMINATE_SOVERSION})
 set(LAMINATE_DEB_DEV liblaminate${PROJECT_VERSION}-dev)
 set(LAMINATE_DEB_TCL tcl-laminate)
 set(LAMINATE_DEB_DOC laminate-doc)
+# The program's package takes the source package's name (release 1's
+# one package of that name held no program).
+set(LAMINATE_DEB_CLI laminate)
 set(LAMINATE_DEB_SOURCE laminate)
 # Release 1 was one package, laminate, holding everything; the four that
 # replace it declare so (Breaks/Replaces), for systems that have it.
@@ -61,8 +65,10 @@ if(NOT _rc EQUAL 0)
   message(FATAL_ERROR "gzip ${_deb_build}/changelog.Debian failed")
 endif()
 
-foreach(_component runtime dev tcl debdoc)
-  if(_component STREQUAL runtime)
+foreach(_component runtime dev tcl debdoc cli)
+  if(_component STREQUAL cli)
+    set(_package ${LAMINATE_DEB_CLI})
+  elseif(_component STREQUAL runtime)
     set(_package ${LAMINATE_DEB_RUNTIME})
   elseif(_component STREQUAL dev)
     set(_package ${LAMINATE_DEB_DEV})
