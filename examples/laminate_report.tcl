@@ -12,11 +12,17 @@ package require laminate::report 1.0
 
 set info [laminate::report::define panel -layup {[0/90/+-45]s} -material T300/5208]
 
-# The load case with the lower first-ply failure factor (any criterion).
+# The load case with the lower first-ply failure factor (any criterion; a
+# criterion that answers a word instead of a number is passed over).
 set worst ""
 foreach loads {{400 -150 60 0 0 0 0 0} {250 250 0 15 0 0 4 0}} {
     set rating [laminate::report::rate $info $loads]
-    set factor [tcl::mathfunc::min {*}[lmap {c f} [dict get $rating fpf] {dict get $f factor}]]
+    set factor Inf
+    dict for {c f} [dict get $rating fpf] {
+        if {[string is double -strict [dict get $f factor]]} {
+            set factor [expr {min($factor, [dict get $f factor])}]
+        }
+    }
     if {$worst eq "" || $factor < [lindex $worst 0]} {
         set worst [list $factor $rating]
     }

@@ -16,10 +16,13 @@ namespace eval ::laminate::report {
         writeFile
 }
 
-foreach file {format svg laminate plies text pictures envelope html cases} {
-    source -encoding utf-8 [file join $::laminate::report::library $file.tcl]
-}
-unset file
+# (In a procedure of its own: the package is loaded at the global level,
+# whose variables are the script's that requires it.)
+apply {{} {
+    foreach file {format svg laminate plies text pictures envelope html cases} {
+        uplevel #0 [list source -encoding utf-8 [file join $::laminate::report::library $file.tcl]]
+    }
+}}
 
 # The three pictures of a rated laminate, as {file caption svg}:
 # profile.svg, ratings.svg and envelope.svg.  Options:
