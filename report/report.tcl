@@ -62,9 +62,13 @@ proc ::laminate::report::pictures {info rating args} {
             [envelope $curves $plane $loads -units $units \
                 -title "First-ply failure envelope, [join $names \u2013]" \
                 -subtitle [dict get $info source] \
-                -notes [list "Curves refined until every chord lies within\
-                    [number [dict get $opts -tolerance] -digits 2] of the curve, each axis\
-                    measured in units of the envelope's extent on it."]]]
+                -notes [list [toleranceNote [dict get $opts -tolerance]]]]]
+}
+
+# The envelope picture's note on how smooth its curves are.
+proc ::laminate::report::toleranceNote {tolerance} {
+    return "Curves refined until every chord lies within [format %g $tolerance] of the\
+        curve, each axis measured in units of the envelope's extent on it."
 }
 
 # The 8 loads of a load case from words, each read as a load of a table
