@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
-# Peak memory and speed of the report job's load-case tables: generates a
-# table of random load cases (examples/make_cases.tcl), rates it with
-# examples/laminate_report.tcl -cases and prints the rows per second and the
-# peak resident set size; then the peak of a table holding one line of
-# LONG_MB megabytes (refused by -bad skip, the other rows rated).
+# Peak memory and speed of load-case tables through the program: generates
+# a table of random load cases (examples/make_cases.tcl), rates it with
+# "laminate batch" and prints the rows per second and the peak resident
+# set size; then the peak of a table holding one line of LONG_MB megabytes
+# (refused by -bad skip, the other rows rated).
 #
 # usage: bench/cases_rss.sh ?BUILD_DIR? ?ROWS? ?LONG_MB?
 #   BUILD_DIR  where liblaminate and its pkgIndex.tcl are (default build)
 #   ROWS       rows of the table (default 1000000)
 #   LONG_MB    size of the long line, 0 for none (default 200)
-# REPORT_JOB=path runs another copy of the report script.
+# LAMINATE_PROGRAM=path runs another copy of the program (default
+# BUILD_DIR/bin/laminate).
 # Needs GNU time (/usr/bin/time, Debian package "time").
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -17,7 +18,7 @@ cd "$(dirname "$0")/.."
 build=$(cd "${1:-build}" && pwd)
 rows=${2:-1000000}
 long_mb=${3:-200}
-job=${REPORT_JOB:-examples/laminate_report.tcl}
+job=${LAMINATE_PROGRAM:-$build/bin/laminate}
 if [ ! -x /usr/bin/time ]; then
     echo "bench/cases_rss.sh: needs GNU time (/usr/bin/time, Debian package time)" >&2
     exit 2
@@ -30,10 +31,10 @@ trap 'rm -rf "$work"' EXIT
 measure() {
     local status=0
     /usr/bin/time -v -o "$work/time.txt" env TCLLIBPATH="$build" \
-        tclsh "$job" -cases "$1" -out "$work/results.csv" -bad "$2" \
+        tclsh "$job" batch "$1" -o "$work/results.csv" -bad "$2" \
         >"$work/job.out" 2>"$work/job.err" || status=$?
     if [ $status -ne 0 ]; then
-        echo "bench/cases_rss.sh: the job failed with status $status:" >&2
+        echo "bench/cases_rss.sh: laminate batch failed with status $status:" >&2
         tail -5 "$work/job.err" >&2
         exit 1
     fi

@@ -9,6 +9,7 @@
 #   tcl        tcl-laminate          the Tcl packages' folder, manual pages
 #   debdoc     laminate-doc          the documentation
 #   python     python3-laminate      the Python package laminate (when built)
+#   cli        laminate              the program bin/laminate and laminate(1)
 #
 # Files that only a Debian package carries (its copyright file and changelog
 # under /usr/share/doc/<package>, the documentation under the doc package's
@@ -24,6 +25,9 @@ set(LAMINATE_DEB_DEV liblaminate${PROJECT_VERSION}-dev)
 set(LAMINATE_DEB_TCL tcl-laminate)
 set(LAMINATE_DEB_DOC laminate-doc)
 set(LAMINATE_DEB_PYTHON python3-laminate)
+# The program's package takes the source package's name (release 1's
+# one package of that name held no program).
+set(LAMINATE_DEB_CLI laminate)
 set(LAMINATE_DEB_SOURCE laminate)
 # Release 1 was one package, laminate, holding everything; the four that
 # replace it declare so (Breaks/Replaces), for systems that have it.
@@ -63,13 +67,15 @@ if(NOT _rc EQUAL 0)
   message(FATAL_ERROR "gzip ${_deb_build}/changelog.Debian failed")
 endif()
 
-set(_deb_components runtime dev tcl debdoc)
+set(_deb_components runtime dev tcl debdoc cli)
 if(LAMINATE_PYTHON_MODULE)
   list(APPEND _deb_components python)
 endif()
 foreach(_component ${_deb_components})
   if(_component STREQUAL python)
     set(_package ${LAMINATE_DEB_PYTHON})
+  elseif(_component STREQUAL cli)
+    set(_package ${LAMINATE_DEB_CLI})
   elseif(_component STREQUAL runtime)
     set(_package ${LAMINATE_DEB_RUNTIME})
   elseif(_component STREQUAL dev)

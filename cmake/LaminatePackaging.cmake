@@ -7,6 +7,7 @@
 #   tcl-laminate_1.0-2_<arch>.deb        the Tcl packages and their pages
 #   laminate-doc_1.0-2_all.deb           the documentation
 #   python3-laminate_1.0-2_<arch>.deb    the Python package (when built)
+#   laminate_1.0-2_all.deb               the program laminate and its page
 #
 # They install under /usr: the library in Debian's multiarch library folder,
 # the Tcl package folder in /usr/lib/tcltk, which Debian's tclsh has on its
@@ -27,7 +28,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL runtime dev tcl debdoc)
+set(CPACK_COMPONENTS_ALL runtime dev tcl debdoc cli)
 if(LAMINATE_PYTHON_MODULE)
   list(APPEND CPACK_COMPONENTS_ALL python)
 endif()
@@ -119,7 +120,8 @@ This package contains the Tcl packages Laminate (the commands
 laminate_material, laminate_results and last_layer) and
 laminate::analysis (whole laminates at once: stiffness matrices,
 first-ply failure, load-case batches and failure envelopes), with their
-manual pages and the report script example.")
+manual pages and short examples, and laminate::report (text tables,
+SVG pictures, an HTML page and load-case tables of a laminate).")
 
 set(CPACK_DEBIAN_DEBDOC_PACKAGE_NAME ${LAMINATE_DEB_DOC})
 set(CPACK_DEBIAN_DEBDOC_PACKAGE_SECTION doc)
@@ -129,8 +131,25 @@ set(CPACK_DEBIAN_DEBDOC_DESCRIPTION
 ${_laminate_about}
 
 This package contains the command reference of the Tcl packages, the
-guide to the report script with its example pictures, the manual pages
-in HTML, and notes on building these packages.")
+guide to the laminate program and the report package with its example
+pictures, the manual pages in HTML, and notes on building these
+packages.")
+
+# The program is a Tcl script: architecture all, on the Tcl packages of the
+# same release and an interpreter for its "#!/usr/bin/env tclsh" line.
+set(CPACK_DEBIAN_CLI_PACKAGE_NAME ${LAMINATE_DEB_CLI})
+set(CPACK_DEBIAN_CLI_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_CLI_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_CLI_PACKAGE_DEPENDS
+  "${LAMINATE_DEB_TCL} (= ${LAMINATE_DEB_VERSION}), tcl (>= 8.5)")
+set(CPACK_DEBIAN_CLI_DESCRIPTION
+"command-line program for laminated composite plates
+${_laminate_about}
+
+This package contains the program laminate: the ply-by-ply report of a
+laminate under one load case, the first-ply failure of tables of load
+cases, failure envelopes, pictures (SVG) and an HTML report, and the
+bundled ply materials.")
 
 # The Python package: the module laminate, for Debian's python3.
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${LAMINATE_DEB_PYTHON})

@@ -40,6 +40,9 @@ if {![package vsatisfies [package provide Tcl] 8.5]} {return}
 package ifneeded laminate::analysis ${LAMINATE_TCL_VERSION} \\
     \"[list load [file join $dir ${LAMINATE_ANALYSIS_LINK}] Laminate_analysis]
     [list set ::laminate::library [file normalize $dir]]\"
+# The report package is Tcl only: its scripts lie in report/ beside this file.
+package ifneeded laminate::report ${LAMINATE_TCL_VERSION} \\
+    [list source -encoding utf-8 [file join $dir report report.tcl]]
 ")
 
 string(REPLACE "@LIBDIR@" "$dir"
@@ -91,9 +94,45 @@ install(FILES ${LAMINATE_MATERIAL_LIBRARY}
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}
   COMPONENT tcl)
 
-# The example travels with the package; the documentation is installed
-# with the rest of it (cmake/LaminateInstall.cmake).
+# The report package's scripts: copied into report/ of the build folder
+# (beside the index that names them), installed into report/ of the package
+# folder.
+file(GLOB LAMINATE_REPORT_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/report/*.tcl)
+set(_laminate_report_copies)
+foreach(_source ${LAMINATE_REPORT_SOURCES})
+  get_filename_component(_name ${_source} NAME)
+  set(_copy ${CMAKE_CURRENT_BINARY_DIR}/report/${_name})
+  add_custom_command(
+    OUTPUT ${_copy}
+    COMMAND ${CMAKE_COMMAND} -E copy ${_source} ${_copy}
+    DEPENDS ${_source}
+    VERBATIM)
+  list(APPEND _laminate_report_copies ${_copy})
+endforeach()
+install(FILES ${LAMINATE_REPORT_SOURCES}
+  DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/report
+  COMPONENT tcl)
+
+# The command-line program: bin/laminate of the build folder runs on the
+# build folder's packages, and <prefix>/bin/laminate on those of
+# <prefix>/lib/tcltk (it finds either relative to itself).  Its own
+# install component and Debian package (cmake/LaminateDebian.cmake).
+set(LAMINATE_PROGRAM ${PROJECT_SOURCE_DIR}/bin/laminate)
+add_custom_command(
+  OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/bin/laminate
+  COMMAND ${CMAKE_COMMAND} -E copy ${LAMINATE_PROGRAM} ${CMAKE_CURRENT_BINARY_DIR}/bin/laminate
+  DEPENDS ${LAMINATE_PROGRAM}
+  VERBATIM)
+add_custom_target(laminate_report_package ALL
+  DEPENDS ${_laminate_report_copies} ${CMAKE_CURRENT_BINARY_DIR}/bin/laminate)
+install(PROGRAMS ${LAMINATE_PROGRAM}
+  DESTINATION ${CMAKE_INSTALL_BINDIR}
+  COMPONENT cli)
+
+# Short examples of the report package travel with it; the documentation
+# is installed with the rest of it (cmake/LaminateInstall.cmake).
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/examples/laminate_report.tcl
+                 ${PROJECT_SOURCE_DIR}/examples/make_cases.tcl
   DESTINATION ${LAMINATE_TCL_INSTALL_DIR}/examples
   COMPONENT tcl)
 install(FILES ${PROJECT_SOURCE_DIR}/examples/cross_ply.rec

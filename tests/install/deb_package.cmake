@@ -4,8 +4,9 @@
 #
 # Checks the Debian packages that deb_build.cmake made in DEBS: their
 # names, control fields and control files, where they put things, that no
-# two of them hold the same file, and that the Tcl packages load from a
-# dpkg -x root of the runtime and Tcl packages alone (no development link).
+# two of them hold the same file, that the Tcl packages load from a dpkg -x
+# root of the runtime and Tcl packages alone (no development link), and that
+# the program runs from that root with its own package added.
 cmake_policy(VERSION 3.20)
 find_program(DPKG_DEB dpkg-deb)
 if(NOT DPKG_DEB)
@@ -49,7 +50,8 @@ set(dev liblaminate1.0-dev)
 set(tcl tcl-laminate)
 set(doc laminate-doc)
 set(python python3-laminate)
-set(packages ${runtime} ${dev} ${tcl} ${doc})
+set(cli laminate)
+set(packages ${runtime} ${dev} ${tcl} ${doc} ${cli})
 # The Python package is made where the module is built (pybind11, NumPy).
 if(EXISTS ${DEBS}/${python}_${version}_${arch}.deb)
   list(APPEND packages ${python})
@@ -57,7 +59,7 @@ endif()
 
 file(GLOB found RELATIVE ${DEBS} ${DEBS}/*.deb)
 list(SORT found)
-set(wanted ${doc}_${version}_all.deb ${runtime}_${version}_${arch}.deb
+set(wanted ${doc}_${version}_all.deb ${cli}_${version}_all.deb ${runtime}_${version}_${arch}.deb
     ${dev}_${version}_${arch}.deb ${tcl}_${version}_${arch}.deb)
 if(python IN_LIST packages)
   list(APPEND wanted ${python}_${version}_${arch}.deb)
@@ -92,6 +94,8 @@ expect("${control_${dev}}" "${dev}'s control fields" "Section: libdevel\n"
 expect("${control_${tcl}}" "${tcl}'s control fields" "Section: interpreters\n"
        "${runtime} (= ${version})" "tcl (>= 8.5)" "Replaces: laminate (<< ${version})")
 expect("${control_${doc}}" "${doc}'s control fields" "Section: doc\n" "Architecture: all\n")
+expect("${control_${cli}}" "${cli}'s control fields" "Section: science\n" "Architecture: all\n"
+       "Depends: ${tcl} (= ${version}), tcl (>= 8.5)")
 
 # Control files of the runtime: the ldconfig trigger and the shlibs entry,
 # and no maintainer script (the trigger runs ldconfig).
@@ -121,11 +125,15 @@ set(paths_${tcl}
   "usr/lib/tcltk/Laminate1.0/liblaminate_analysis1.0.so -> "
   usr/share/man/man3/Laminate.3tcl.gz usr/share/man/man3/laminate_analysis.3tcl.gz
   "usr/share/man/man3/laminate_results.3tcl.gz -> Laminate.3tcl.gz"
-  "usr/share/man/man3/laminate::evaluate.3tcl.gz -> laminate_analysis.3tcl.gz")
+  "usr/share/man/man3/laminate::evaluate.3tcl.gz -> laminate_analysis.3tcl.gz"
+  usr/lib/tcltk/Laminate1.0/report/report.tcl usr/share/man/man3/laminate_report.3tcl.gz
+  "usr/share/man/man3/laminate::report::rate.3tcl.gz -> laminate_report.3tcl.gz"
+  usr/lib/tcltk/Laminate1.0/examples/laminate_report.tcl)
+set(paths_${cli} usr/bin/laminate usr/share/man/man1/laminate.1.gz)
 set(paths_${doc}
   usr/share/doc/${doc}/commands.md usr/share/doc/${doc}/analysis.md
   usr/share/doc/${doc}/report.md usr/share/doc/${doc}/packaging.md
-  usr/share/doc/${doc}/html/Laminate.html)
+  usr/share/doc/${doc}/html/Laminate.html usr/share/doc/${doc}/html/laminate.html)
 set(paths_${python}
   usr/lib/python3/dist-packages/laminate/__init__.py usr/lib/python3/dist-packages/laminate/materials.lam)
 set(all_files)
@@ -172,3 +180,12 @@ refuse("${out}" "the packaged library's dynamic section" "(RPATH)" "(RUNPATH)")
 run(${CMAKE_COMMAND} -E env TCLLIBPATH=${root}/usr/lib/tcltk ${TCL_RUN_ENV}
     ${TCLSH} ${CHECK} ${root}/usr)
 message(STATUS "${runtime} and ${tcl}: ${out}")
+
+# The program from the same root, its own package added: it finds the Tcl
+# packages under the root by its own place, with nothing on TCLLIBPATH.
+run(dpkg -x ${deb_${cli}} ${root})
+run(${CMAKE_COMMAND} -E env TCLLIBPATH= ${TCL_RUN_ENV}
+    ${TCLSH} ${root}/usr/bin/laminate rate --check)
+expect("${out}" "laminate rate from the packages" "Laminate: bundled"
+       "No assessed ply fails under these loads.")
+message(STATUS "${cli}: laminate rate runs from the unpacked packages")

@@ -1,6 +1,7 @@
-# Checks an installed package: run as "tclsh installed.tcl <prefix>".  Both
+# Checks an installed package: run as "tclsh installed.tcl <prefix>".  The
 # packages must be found through <prefix>/lib/tcltk alone, load the library
-# from the prefix, and load after each other in either order.
+# from the prefix, and load after each other in either order; the report
+# package's scripts must come from the prefix too.
 # Prints what is wrong and exits 1, or prints the version and exits 0.
 
 set prefix [file normalize [lindex $argv 0]]
@@ -38,4 +39,10 @@ if {[catch {$other eval {
     puts stderr "Laminate after laminate::analysis: $message"
     exit 1
 }
-puts "Laminate $version and laminate::analysis $v from $file"
+if {[catch {package require laminate::report 1.0} r]
+        || ![string match $prefix/* $::laminate::report::library]
+        || [catch {laminate::report::rate [laminate::report::define qi] {100 0 0 0 0 0 0 0}} rating]} {
+    puts stderr "laminate::report: [expr {[info exists rating] ? $rating : $r}]"
+    exit 1
+}
+puts "Laminate $version, laminate::analysis $v and laminate::report $r from $file"

@@ -1,24 +1,29 @@
-# Shared by the tests of the report job, its pictures and its load-case
-# tables: where the job is, running it, and reading back what it wrote.
+# Shared by the tests of the laminate program, the report package, its
+# pictures and its load-case tables: where the program is, running it, and
+# reading back what it wrote.
 
 source [file join [file dirname [info script]] helpers.tcl]
-package require laminate::analysis 1.0
+package require laminate::report 1.0
 
 set ::examples [file normalize [file join [file dirname [info script]] .. .. examples]]
-set ::reportJob [file join $::examples laminate_report.tcl]
-source [file join $::examples lib html.tcl]
+# The program of the build folder (ctest names it; TCLLIBPATH is that folder).
+if {[info exists env(LAMINATE_PROGRAM)]} {
+    set ::program $env(LAMINATE_PROGRAM)
+} else {
+    set ::program [file join [lindex $env(TCLLIBPATH) 0] bin laminate]
+}
 
-# Runs the report job with args (standard input from TEXT after -stdin);
-# returns {status stdout stderr}.
-proc runReport {args} {
+# Runs the program with args (standard input from TEXT after -stdin);
+# returns {status stdout stderr}, stderr trimmed.
+proc runLaminate {args} {
     set input {}
     if {[lindex $args 0] eq "-stdin"} {
         set args [lassign $args - input]
     }
-    set out [makeFile {} report.out]
-    set err [makeFile {} report.err]
+    set out [makeFile {} laminate.out]
+    set err [makeFile {} laminate.err]
     set status 0
-    if {[catch {exec [interpreter] $::reportJob {*}$args >$out 2>$err << $input} message options]} {
+    if {[catch {exec [interpreter] $::program {*}$args >$out 2>$err << $input} message options]} {
         set code [dict get $options -errorcode]
         if {[lindex $code 0] ne "CHILDSTATUS"} {
             return -options $options $message
@@ -53,21 +58,30 @@ proc elements {xml tag class} {
     return $found
 }
 
-# The plot transform of a <g class="plot"> as two lists {lo hi p0 p1}.
+# The plot transform of a <g class="plot"> as two lists {lo hi p0 p1 log}.
 proc plotTransform {attrs} {
-    list [concat [dict get $attrs data-x-range] [dict get $attrs data-px-range]] \
-        [concat [dict get $attrs data-y-range] [dict get $attrs data-py-range]]
+    lmap axis {x y} {
+        concat [dict get $attrs data-$axis-range] [dict get $attrs data-p$axis-range] \
+            [expr {[dict exists $attrs data-$axis-scale] && [dict get $attrs data-$axis-scale] eq "log"}]
+    }
 }
 
 # A pixel coordinate mapped back to the value it shows.
 proc unmap {axis pixel} {
-    lassign $axis lo hi p0 p1
+    lassign $axis lo hi p0 p1 log
+    if {$log} {
+        return [expr {10 ** (log10($lo) + ($pixel - $p0) * (log10($hi) - log10($lo)) / ($p1 - $p0))}]
+    }
     expr {$lo + ($pixel - $p0) * ($hi - $lo) / ($p1 - $p0)}
 }
 
-# The size of one printed pixel step (0.01 px) in values along an axis.
-proc pixelStep {axis} {
-    lassign $axis lo hi p0 p1
+# The size of one printed pixel step (0.01 px) in values along an axis,
+# near value v on a log axis (relative there).
+proc pixelStep {axis {v 1}} {
+    lassign $axis lo hi p0 p1 log
+    if {$log} {
+        return [expr {abs($v) * (10 ** (0.01 * abs((log10($hi) - log10($lo)) / ($p1 - $p0))) - 1)}]
+    }
     expr {0.01 * abs(($hi - $lo) / ($p1 - $p0))}
 }
 

@@ -1,6 +1,6 @@
 # svg.tcl -- the small drawing kit the report's pictures are made with:
-# escaping, number formats, round axis ticks, axes, legends and the SVG
-# document frame.  Nothing here knows about laminates.
+# escaping, round axis ticks (linear and logarithmic), axes, legends and
+# the SVG document frame.  Nothing here knows about laminates.
 #
 # Every picture keeps the numbers it plots in data-* attributes, and every
 # plot area states its transform: a <g class="plot"> carries
@@ -9,64 +9,27 @@
 # so that pixel = P0 + (value - MIN) * (P1 - P0) / (MAX - MIN) on each axis,
 # and a reader can map every drawn point back to the value it shows.
 
-namespace eval ::lamsvg {
-    namespace export esc finite num human
+namespace eval ::laminate::report::svg {
+    namespace path ::laminate::report
 }
 
 # Text for an XML text node or a quoted attribute value.  Characters XML
 # does not allow at all (C0 controls other than tab and newline) become
 # U+FFFD, so no input can make the document unreadable.
-proc ::lamsvg::esc {text} {
+proc ::laminate::report::svg::esc {text} {
     regsub -all {[\x00-\x08\x0b\x0c\x0e-\x1f]} $text \ufffd text
     string map {& &amp; < &lt; > &gt; \" &quot; ' &#39;} $text
 }
 
-# 1 when value is a finite number (NaN is not: Tcl refuses arithmetic on it).
-proc ::lamsvg::finite {value} {
-    expr {[string is double -strict $value]
-        && ![string match -nocase *nan* $value] && abs($value) < Inf}
-}
-
-# A number as the data attributes keep it: 10 significant digits, or
-# Inf, -Inf, NaN as they are.
-proc ::lamsvg::num {value} {
-    if {[finite $value]} {
-        return [format %.10g $value]
-    }
-    if {[string match -nocase *nan* $value]} {
-        return NaN
-    }
-    return [expr {$value > 0 ? "Inf" : "-Inf"}]
-}
-
 # A pixel coordinate: two decimals.
-proc ::lamsvg::px {value} {
+proc ::laminate::report::svg::px {value} {
     format %.2f $value
-}
-
-# A number for people: 4 significant digits, no exponent between 1e-3 and
-# 1e6, a true minus sign, infinity and NaN spelt out.
-proc ::lamsvg::human {value {digits 4}} {
-    if {![finite $value]} {
-        if {[string match -nocase *nan* $value]} {
-            return NaN
-        }
-        return [expr {$value > 0 ? "\u221e" : "\u2212\u221e"}]
-    }
-    if {$value == 0} {
-        return 0
-    }
-    set text [format %.${digits}g $value]
-    if {abs($value) >= 1e-3 && abs($value) < 1e6 && [string match *e* $text]} {
-        set text [format %.${digits}f $value]
-    }
-    string map {- \u2212} $text
 }
 
 # Round tick positions covering [lo, hi]: a step of 1, 2 or 5 times a power
 # of ten giving about `count` intervals.  Returns {first last step}; the
 # axis should run from first to last, so that both ends are ticks.
-proc ::lamsvg::ticks {lo hi {count 6}} {
+proc ::laminate::report::svg::ticks {lo hi {count 6}} {
     if {$hi < $lo} {
         lassign [list $lo $hi] hi lo
     }
@@ -91,7 +54,7 @@ proc ::lamsvg::ticks {lo hi {count 6}} {
 
 # The ticks {value label ...} from {first last step}, only those within
 # [lo, hi] when given.
-proc ::lamsvg::tickValues {first last step {lo -Inf} {hi Inf}} {
+proc ::laminate::report::svg::tickValues {first last step {lo -Inf} {hi Inf}} {
     set n [expr {int(round(($last - $first) / $step))}]
     set decimals [expr {max(0, -int(floor(log10($step) + 1e-9)))}]
     set values {}
@@ -108,7 +71,7 @@ proc ::lamsvg::tickValues {first last step {lo -Inf} {hi Inf}} {
     return $values
 }
 
-proc ::lamsvg::tickLabel {value step decimals} {
+proc ::laminate::report::svg::tickLabel {value step decimals} {
     if {$value == 0} {
         return 0
     }
@@ -120,29 +83,81 @@ proc ::lamsvg::tickLabel {value step decimals} {
     string map {- \u2212} $text
 }
 
-# A linear map: the dict {lo hi p0 p1} sends lo to pixel p0 and hi to p1.
-proc ::lamsvg::scale {lo hi p0 p1} {
-    dict create lo $lo hi $hi p0 $p0 p1 $p1
+# A map from values to pixels: the dict {lo hi p0 p1 log} sends lo to pixel
+# p0 and hi to p1, linearly, or linearly in log10 of the value when log is
+# 1 (lo and hi then > 0).
+proc ::laminate::report::svg::scale {lo hi p0 p1 {log 0}} {
+    dict create lo $lo hi $hi p0 $p0 p1 $p1 log $log
 }
 
-proc ::lamsvg::at {scale value} {
+proc ::laminate::report::svg::at {scale value} {
     dict with scale {
+        if {$log} {
+            return [expr {$p0 + (log10($value) - log10($lo)) * ($p1 - $p0)
+                / (log10($hi) - log10($lo))}]
+        }
         expr {$p0 + ($value - $lo) * ($p1 - $p0) / ($hi - $lo)}
     }
 }
 
-# The attributes that state the transform of a plot area.
-proc ::lamsvg::transformAttrs {xs ys} {
-    format {data-x-range="%s %s" data-px-range="%s %s"\
+# The attributes that state the transform of a plot area; an axis in log10
+# adds data-x-scale="log" (or data-y-scale).
+proc ::laminate::report::svg::transformAttrs {xs ys} {
+    set out [format {data-x-range="%s %s" data-px-range="%s %s"\
         data-y-range="%s %s" data-py-range="%s %s"} \
         [num [dict get $xs lo]] [num [dict get $xs hi]] \
         [px [dict get $xs p0]] [px [dict get $xs p1]] \
         [num [dict get $ys lo]] [num [dict get $ys hi]] \
-        [px [dict get $ys p0]] [px [dict get $ys p1]]
+        [px [dict get $ys p0]] [px [dict get $ys p1]]]
+    foreach axis {x y} s [list $xs $ys] {
+        if {[dict get $s log]} {
+            append out " data-$axis-scale=\"log\""
+        }
+    }
+    return $out
+}
+
+# The range of a log10 axis covering [lo, hi] (both > 0), its ends at 1, 2
+# or 5 times a power of ten.
+proc ::laminate::report::svg::logRange {lo hi} {
+    set e [expr {floor(log10($lo))}]
+    set from [expr {10.0 ** $e}]
+    foreach m {5 2 1} {
+        if {$m * 10.0 ** $e <= $lo * (1 + 1e-12)} {
+            set from [expr {$m * 10.0 ** $e}]
+            break
+        }
+    }
+    set e [expr {ceil(log10($hi))}]
+    set to [expr {10.0 ** $e}]
+    foreach m {0.2 0.5 1} {
+        if {$m * 10.0 ** $e >= $hi * (1 - 1e-12)} {
+            set to [expr {$m * 10.0 ** $e}]
+            break
+        }
+    }
+    list $from $to
+}
+
+# Ticks of a log10 axis from lo to hi: {value label ...} at 1, 2 and 5
+# times each power of ten when the axis spans at most three decades, at the
+# powers of ten alone otherwise.
+proc ::laminate::report::svg::logTicks {lo hi} {
+    set decades [expr {log10($hi / $lo)}]
+    set mantissas [expr {$decades <= 3 ? {1 2 5} : {1}}]
+    set values {}
+    for {set e [expr {int(floor(log10($lo)))}]} {$e <= int(ceil(log10($hi)))} {incr e} {
+        foreach m $mantissas {
+            set v [expr {$m * 10.0 ** $e}]
+            if {$v < $lo * (1 - 1e-9) || $v > $hi * (1 + 1e-9)} continue
+            lappend values $v [string map {- \u2212} [format %g $v]]
+        }
+    }
+    return $values
 }
 
 # One element: tag, a dict of attributes, optional text content (escaped).
-proc ::lamsvg::el {tag attrs {text ""}} {
+proc ::laminate::report::svg::el {tag attrs {text ""}} {
     set out "<$tag"
     foreach {name value} $attrs {
         append out " $name=\"[esc $value]\""
@@ -155,7 +170,7 @@ proc ::lamsvg::el {tag attrs {text ""}} {
 
 # Axes of a plot area: frame, grid lines and tick labels at the ticks of
 # both scales, and the axis titles.  xticks/yticks as from tickValues.
-proc ::lamsvg::axes {xs ys xticks yticks xtitle ytitle} {
+proc ::laminate::report::svg::axes {xs ys xticks yticks xtitle ytitle} {
     set left [dict get $xs p0]
     set right [dict get $xs p1]
     set top [expr {min([dict get $ys p0], [dict get $ys p1])}]
@@ -191,7 +206,7 @@ proc ::lamsvg::axes {xs ys xticks yticks xtitle ytitle} {
 # A legend: entries of {label style-attributes kind} (kind line: a short
 # line sample, box: a filled square), from (x, y) to the right, a row of
 # `step` pixels an entry.
-proc ::lamsvg::legend {x y step entries} {
+proc ::laminate::report::svg::legend {x y step entries} {
     set out [list [format {<g class="legend">}]]
     foreach entry $entries {
         lassign $entry label attrs kind
@@ -212,7 +227,7 @@ proc ::lamsvg::legend {x y step entries} {
 # The SVG document: the root element with its size, a title and a
 # description (for screen readers and file browsers), a style sheet and the
 # body.  class names a picture kind for readers.
-proc ::lamsvg::document {kind width height title description body} {
+proc ::laminate::report::svg::document {kind width height title description body} {
     # Every rule starts with "svg ": inline in an HTML page, the style sheet
     # applies to the whole page, and must not touch its tables.
     set style {
@@ -227,6 +242,11 @@ svg .zero { stroke: #888; stroke-width: 1; }
 svg .boundary { stroke: #999; stroke-width: 1; stroke-dasharray: 4 3; }
 svg .ply-label { font-size: 11px; fill: #333; }
 svg .failed { fill: #b00020; font-weight: bold; }
+svg .panel-title { font-size: 13px; font-weight: bold; }
+svg .allowable { stroke: #b00020; stroke-width: 1.5; stroke-dasharray: 5 3; }
+svg .allowable-label { font-size: 10px; fill: #b00020; }
+svg .failed-ply { fill: #fde8e8; }
+svg .mode { font-size: 10px; fill: #333; }
 }
     set out "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     append out [format {<svg xmlns="http://www.w3.org/2000/svg" class="%s" width="%d" height="%d" viewBox="0 0 %d %d">} \
@@ -238,7 +258,7 @@ svg .failed { fill: #b00020; font-weight: bold; }
 }
 
 # The SVG text without its XML declaration, to be put inline in HTML.
-proc ::lamsvg::inline {svg} {
+proc ::laminate::report::svg::inline {svg} {
     regsub {^<\?xml[^>]*\?>\s*} $svg {} svg
     return $svg
 }

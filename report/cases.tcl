@@ -14,7 +14,7 @@
 # dropped), a line with a NUL byte or bytes that are not UTF-8 is malformed,
 # and an id is written back byte for byte.
 
-namespace eval ::lamcases {
+namespace eval ::laminate::report::cases {
     variable loadNames {N1 N2 N12 M1 M2 M12 Q1 Q2}
     variable criteria {tsaiwu hashin larc04}
     # Good rows handed to one laminate::batch call, and so rows held in
@@ -39,14 +39,14 @@ namespace eval ::lamcases {
     variable utf8Char {(?:[\x01-\x7f]|[\xc2-\xdf][\x80-\xbf]|\xe0[\xa0-\xbf][\x80-\xbf]|[\xe1-\xec\xee\xef][\x80-\xbf]{2}|\xed[\x80-\x9f][\x80-\xbf]|\xf0[\x90-\xbf][\x80-\xbf]{2}|[\xf1-\xf3][\x80-\xbf]{3}|\xf4[\x80-\x8f][\x80-\xbf]{2})}
 }
 
-proc ::lamcases::fail {message} {
+proc ::laminate::report::cases::fail {message} {
     return -code error -level 2 -errorcode {REPORT CASES} $message
 }
 
 # Reads text as one load value.  Returns "" and sets valueVar to the value
 # (a double) when text is a finite decimal real; otherwise returns why not,
 # in laminate::define's words: NUMBER (not a decimal real) or FINITE.
-proc ::lamcases::number {text valueVar} {
+proc ::laminate::report::cases::number {text valueVar} {
     variable decimal
     variable nonFinite
     upvar 1 $valueVar value
@@ -63,7 +63,7 @@ proc ::lamcases::number {text valueVar} {
 
 # A field's text quoted back in a message: at most 40 bytes, never cut
 # inside a UTF-8 character.
-proc ::lamcases::shown {text} {
+proc ::laminate::report::cases::shown {text} {
     if {[string length $text] <= 40} {
         return $text
     }
@@ -76,7 +76,7 @@ proc ::lamcases::shown {text} {
 
 # Why a line (bytes, without its LF) cannot be read as text: a NUL byte or
 # bytes that are not UTF-8, with the byte's column (from 1); "" when it can.
-proc ::lamcases::badBytes {text} {
+proc ::laminate::report::cases::badBytes {text} {
     variable utf8Char
     set nul [string first \0 $text]
     if {$nul >= 0} {
@@ -98,7 +98,7 @@ proc ::lamcases::badBytes {text} {
 # and the quotes must close on the same line.  Returns {fields ""}, or
 # {{} why} for a line that breaks the quoting.  names: the column names,
 # for messages.
-proc ::lamcases::fields {text names} {
+proc ::laminate::report::cases::fields {text names} {
     if {[string first \" $text] < 0} {
         return [list [lmap f [split $text ,] {string trim $f " \t"}] ""]
     }
@@ -151,7 +151,7 @@ proc ::lamcases::fields {text names} {
 }
 
 # The header as a dict: column name (N1 ... Q2, id) -> field position.
-proc ::lamcases::readHeader {text lineNo} {
+proc ::laminate::report::cases::readHeader {text lineNo} {
     variable loadNames
     set why [badBytes $text]
     if {$why eq ""} {
@@ -188,7 +188,7 @@ proc ::lamcases::readHeader {text lineNo} {
 # What a row is read with, from the header: the column names in field
 # order (for messages), the field positions of N1 ... Q2, and that of id
 # (-1 when there is none).
-proc ::lamcases::layout {header} {
+proc ::laminate::report::cases::layout {header} {
     variable loadNames
     set names [lrepeat [dict size $header] ""]
     dict for {name position} $header {
@@ -205,7 +205,7 @@ proc ::lamcases::layout {header} {
 # N1 ... Q2, or error the reason the row is malformed (loads then empty,
 # and id too when the line could not be split).  The common line (no
 # quote, no blank, ASCII, good numbers) takes the shortest way.
-proc ::lamcases::readRow {text lineNo layout} {
+proc ::laminate::report::cases::readRow {text lineNo layout} {
     variable loadNames
     variable decimal
     lassign $layout names positions idAt
@@ -258,7 +258,7 @@ proc ::lamcases::readRow {text lineNo layout} {
 }
 
 # A CSV field: quoted when it holds a comma, a quote or a line break.
-proc ::lamcases::quote {text} {
+proc ::laminate::report::cases::quote {text} {
     if {[regexp {[",\r\n]} $text]} {
         return "\"[string map {\" \"\"} $text]\""
     }
@@ -268,7 +268,7 @@ proc ::lamcases::quote {text} {
 # The output table's header: line, id (when the input has one), then the
 # factor, ply, face and mode of each criterion, and the error of a
 # malformed row.
-proc ::lamcases::header {hasId} {
+proc ::laminate::report::cases::header {hasId} {
     variable criteria
     set columns [list line]
     if {$hasId} {
@@ -294,7 +294,7 @@ proc ::lamcases::header {hasId} {
 # criterion c lowest.c {factor line} (empty when nothing was rated) and
 # below.c (cases with a factor below 1).  A header that cannot be used is
 # an error (code REPORT CASES), with its line number.
-proc ::lamcases::stream {chan material out bad onBad progress} {
+proc ::laminate::report::cases::stream {chan material out bad onBad progress} {
     variable block
     variable maxLine
     variable criteria
@@ -347,7 +347,7 @@ proc ::lamcases::stream {chan material out bad onBad progress} {
                 set text [string range $text 0 end-1]
             }
             take job $lineNo $text
-            if {[dict get $job good] >= $::lamcases::chunk} {
+            if {[dict get $job good] >= $::laminate::report::cases::chunk} {
                 rateChunk job
                 if {$progress ne ""} {
                     {*}$progress [dict get $job cases] $bytes
@@ -372,7 +372,7 @@ proc ::lamcases::stream {chan material out bad onBad progress} {
 # Takes one line (bytes, without its line end; "\n" for one too long) into
 # the job: the header, a blank line passed over, or a row added to the
 # pending chunk.
-proc ::lamcases::take {jobVar lineNo text} {
+proc ::laminate::report::cases::take {jobVar lineNo text} {
     variable maxLine
     upvar 1 $jobVar job
     if {$text eq "\n" || [string length $text] > $maxLine} {
@@ -421,7 +421,7 @@ proc ::lamcases::take {jobVar lineNo text} {
 # in order; the chunk is then empty.  A case the batch refuses (it names
 # it "case K: ...") becomes a malformed row with that message and the rest
 # is rated again, so one row never takes its chunk down with it.
-proc ::lamcases::rateChunk {jobVar} {
+proc ::laminate::report::cases::rateChunk {jobVar} {
     variable criteria
     upvar 1 $jobVar job
     set rows [dict get $job pending]
@@ -498,16 +498,21 @@ proc ::lamcases::rateChunk {jobVar} {
     puts -nonewline [dict get $job out] $text
 }
 
-# A progress line on stderr: cases done, rate, and with the input's size
-# (0 when unknown) the share read and the time left, redrawn in place.
-# start is the [clock milliseconds] of the run's start; done ends the line.
-proc ::lamcases::showProgress {start size cases bytes {done 0}} {
+# A progress bar on stderr, redrawn in place: the share read (when the
+# input's size is known, else the cases done), cases done, rate and the
+# time left.  start is the [clock milliseconds] of the run's start, size
+# the input's size in bytes (0 when unknown); done ends the line.
+proc ::laminate::report::cases::showProgress {start size cases bytes {done 0}} {
     set seconds [expr {max(1, [clock milliseconds] - $start) / 1000.0}]
-    set line [format "\r%d cases, %.0f cases/s" $cases [expr {$cases / $seconds}]]
+    set rate [format "%d cases, %.0f cases/s" $cases [expr {$cases / $seconds}]]
     if {$size > 0} {
         set share [expr {min(1.0, double($bytes) / $size)}]
         set left [expr {$share > 0 ? $seconds * (1 - $share) / $share : 0}]
-        append line [format ", %.0f%% read, %.1f s left" [expr {100 * $share}] $left]
+        set filled [expr {int(round(30 * $share))}]
+        set line [format "\r\[%s%s\] %3.0f%% %s, %.1f s left" [string repeat # $filled] \
+            [string repeat . [expr {30 - $filled}]] [expr {100 * $share}] $rate $left]
+    } else {
+        set line "\r$rate"
     }
     puts -nonewline stderr "$line  "
     if {$done} {
@@ -517,6 +522,31 @@ proc ::lamcases::showProgress {start size cases bytes {done 0}} {
 }
 
 # 1 when stderr is a terminal: only a terminal channel knows -mode.
-proc ::lamcases::stderrIsTerminal {} {
+proc ::laminate::report::cases::stderrIsTerminal {} {
     expr {![catch {fconfigure stderr -mode}]}
+}
+
+# Rates a load-case table read from the channel `in` on the laminate
+# `name` and writes the results table to the channel `out`; returns the
+# statistics of stream (cases, bad, lowest.C, below.C, hasId).  Options:
+#   -bad stop|skip   what a malformed row does (default stop)
+#   -onbad CMD       called with the line and the message of each malformed
+#                    row (default: nothing)
+#   -progress CMD    called with (cases, bytes read) after each chunk of
+#                    rows, and (cases, bytes, 1) at the end
+proc ::laminate::report::cases {name in out args} {
+    set opts [dict merge {-bad stop -onbad {} -progress {}} $args]
+    if {[dict size $opts] != 3} {
+        return -code error -errorcode {LAMINATE OPTION} \
+            "bad option: must be -bad, -onbad or -progress"
+    }
+    if {[dict get $opts -bad] ni {stop skip}} {
+        return -code error -errorcode {LAMINATE OPTION -bad} \
+            "-bad is stop or skip, not \"[dict get $opts -bad]\""
+    }
+    set onBad [dict get $opts -onbad]
+    if {$onBad eq ""} {
+        set onBad {apply {{line message} {}}}
+    }
+    cases::stream $in $name $out [dict get $opts -bad] $onBad [dict get $opts -progress]
 }
