@@ -1,0 +1,61 @@
+// Hoffman (1967): Hill's form with linear terms for unequal tension and
+// compression strengths, in plane stress with transverse isotropy
+//   s1^2/(Xt Xc) - s1 s2/(Xt Xc) + s2^2/(Yt Yc) + (1/Xt - 1/Xc) s1
+//     + (1/Yt - 1/Yc) s2 + (t12/S12)^2 = 1.
+// One quadratic everywhere; the mode word names the dominant stress of the
+// failure state.
+#include "laminate/analysis/criterion_path.h"
+
+namespace analysis {
+
+namespace {
+
+using namespace criterion_path;
+
+char const* const kModes[] = {
+    "fibre-tension", "fibre-compression", "matrix-tension", "matrix-compression", "shear", nullptr};
+char const* const kNoExtras[] = {nullptr};
+
+enum { kXt, kXc, kYt, kYc, kS, kA11, kA22, kA66, kA12, kB1, kB2 };
+
+Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
+{
+    if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
+    double* k = out.k;
+    k[kXt] = ply.Xt;
+    k[kXc] = ply.Xc;
+    k[kYt] = ply.Yt;
+    k[kYc] = ply.Yc;
+    k[kS] = ply.S12;
+    k[kA11] = 1.0 / (ply.Xt * ply.Xc);
+    k[kA22] = 1.0 / (ply.Yt * ply.Yc);
+    k[kA66] = 1.0 / (ply.S12 * ply.S12);
+    k[kA12] = -0.5 * k[kA11];
+    k[kB1] = 1.0 / ply.Xt - 1.0 / ply.Xc;
+    k[kB2] = 1.0 / ply.Yt - 1.0 / ply.Yc;
+    return Verdict::Ok;
+}
+
+Quad quad(double const* k)
+{
+    return Quad{k[kA11], k[kA22], k[kA66], k[kA12], k[kB1], k[kB2], 0, 0};
+}
+
+Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
+{
+    double const* k = p.k;
+    int const m = dominantStress(s, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    return Assessment{Verdict::Ok, quad(k).value(s), m, {0.0, 0.0}, 0u};
+}
+
+Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
+{
+    return finish(p, res, mech, Crossing{quadCrossing(quad(p.k), res, mech, 0.0, kInf), -1});
+}
+
+}  // namespace
+
+extern CriterionInfo const kHoffman = {"hoffman", kModes,           kNoExtras,   nullptr,
+                                       0,         prepareCriterion, assessState, ratePath};
+
+}  // namespace analysis

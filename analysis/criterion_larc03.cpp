@@ -1,0 +1,356 @@
+// LaRC03 in plane stress (Davila, Camanho and Rose 2005; Davila and Camanho,
+// NASA/TM-2003-212663), with the failure index FI as index.
+//
+// Constants: Lambda22 = 2 (1/E2 - nu12^2/E1); alpha0 the fracture-plane
+// angle under pure transverse compression; ST = Yc cos a0 (sin a0 +
+// cos a0 / tan 2a0), etaT = -1/tan 2a0, etaL = -S12 cos 2a0 / (Yc cos^2 a0).
+// In-situ strengths (thin: thinner than 0.7 mm):
+//   thin embedded  YtIs = sqrt(8 GIc / (pi t Lambda22)),  SLis = sqrt(8 G12 GIIc / (pi t))
+//   thin outer     YtIs = 1.79 sqrt(GIc / (pi t Lambda22)), SLis = sqrt(4 G12 GIIc / (pi t))
+//   thick          YtIs = 1.12 sqrt(2) Yt,                  SLis = sqrt(2) S12
+//   unidirectional ply on its own: YtIs = Yt, SLis = S12
+// (the in-plane shear response taken linear).  g = GIc/GIIc where both are
+// given, else 1.12^2 Lambda22 G12 Yt^2 / S12^2 (the same ratio from the
+// strengths of a thick ply).
+//
+// Modes:
+//   matrix tension (s2 >= 0):
+//     (1 - g) s2/YtIs + g (s2/YtIs)^2 + (t12/SLis)^2
+//   matrix compression (s2 < 0, s1 >= -Yc): the largest over fracture
+//     planes alpha of (tTeff/ST)^2 + (tLeff/SLis)^2 with
+//       tTeff = <-s2 cos a (sin a - etaT cos a cos th)>,
+//       tLeff = <cos a (|t12| + etaL s2 cos a sin th)>,
+//       th = atan(-|t12| / (s2 sin a));
+//   fibre tension (s1 >= 0): s1/Xt
+//   fibre compression (s1 < 0), in the misalignment frame:
+//     phi = (|t12| + (G12 - Xc) phiC) / (G12 + s1 - s2),
+//     phiC = atan((1 - sqrt(1 - 4 (SLis/Xc + etaL) SLis/Xc)) / (2 (SLis/Xc + etaL))),
+//     s2m = s1 sin^2 phi + s2 cos^2 phi - 2 |t12| sin phi cos phi,
+//     t12m = -(s1 - s2) sin phi cos phi + |t12| (cos^2 phi - sin^2 phi);
+//     fibre kinking (s2m < 0): <|t12m| + etaL s2m> / SLis;
+//     fibre splitting (s2m >= 0): the matrix tension index of (s2m, t12m);
+//   matrix compression misaligned (s2 < 0, s1 < -Yc): the matrix
+//     compression index of (s2m, t12m).
+// The misalignment model holds while the angle stays below 45 degrees: a
+// compressed ply whose fibres would turn further counts as kinked there.
+//
+// Along a load path, matrix and fibre tension are solved in closed form; the
+// other modes, continuous between the points at which s1, s1 + Yc, s2 or
+// t12 change sign or phi reaches 45 degrees, are bracketed by those points
+// and refined with TOMS 748.  Where the kinking and splitting indices meet
+// (s2m = 0) they are both below 1 or both at least 1, so that switch needs
+// no bracket of its own.
+#include "laminate/analysis/criterion_larc03.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <boost/math/tools/minima.hpp>
+
+#include "laminate/analysis/criterion_path.h"
+
+namespace analysis {
+
+namespace {
+
+using namespace criterion_path;
+
+const double kPi = 3.14159265358979323846;
+const double kDegree = kPi / 180.0;
+const double kThinPlyMm = 0.7;
+const double kPhiLimit = kPi / 4.0;
+const int kAngleBits = 26;  // fracture-plane search: sin(alpha) to ~1.5e-8
+
+char const* const kModes[] = {
+    "matrix-tension", "matrix-compression", "matrix-compression-misaligned",
+    "fibre-tension",  "fibre-kinking",      "fibre-splitting",
+    nullptr};
+char const* const kExtras[] = {"alpha", "phi", nullptr};
+
+enum { kModeMT, kModeMC, kModeMCm, kModeFT, kModeFK, kModeFS };
+enum { kXt, kXc, kYt, kYc, kS, kG12, kYtIs, kSLis, kG, kST, kEtaT, kEtaL, kK0 };
+
+bool positive(double v)
+{
+    return std::isfinite(v) && v > 0.0;
+}
+
+}  // namespace
+
+Verdict larc03Constants(CriterionPly const& ply, Larc03Constants& out)
+{
+    if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
+    if (!(positive(ply.E1) && positive(ply.E2) && positive(ply.G12) && std::isfinite(ply.nu12) &&
+          ply.alpha0 >= 45.0 && ply.alpha0 < 90.0 && ply.G12 > ply.Xc))
+        return Verdict::NoData;
+    out.Lambda22 = 2.0 * (1.0 / ply.E2 - ply.nu12 * ply.nu12 / ply.E1);
+    if (!(out.Lambda22 > 0.0)) return Verdict::NoData;
+
+    bool const alone = ply.site == PlySite::Unidirectional;
+    if (!alone && !(positive(ply.t) && positive(ply.mmPerLength))) return Verdict::NoData;
+    out.thin = !alone && ply.t * ply.mmPerLength < kThinPlyMm;
+    bool const toughness = ply.has(kGivenGIc | kGivenGIIc);
+    if (out.thin && !toughness) return Verdict::NoData;
+
+    double const Yt = ply.Yt, S = ply.S12, t = ply.t, L = out.Lambda22;
+    if (alone) {
+        out.YtIs = Yt;
+        out.SLis = S;
+    } else if (!out.thin) {
+        out.YtIs = 1.12 * std::sqrt(2.0) * Yt;
+        out.SLis = std::sqrt(2.0) * S;
+    } else if (ply.site == PlySite::Embedded) {
+        out.YtIs = std::sqrt(8.0 * ply.GIc / (kPi * t * L));
+        out.SLis = std::sqrt(8.0 * ply.G12 * ply.GIIc / (kPi * t));
+    } else {
+        out.YtIs = 1.79 * std::sqrt(ply.GIc / (kPi * t * L));
+        out.SLis = std::sqrt(4.0 * ply.G12 * ply.GIIc / (kPi * t));
+    }
+    out.g = toughness ? ply.GIc / ply.GIIc : 1.12 * 1.12 * L * ply.G12 * Yt * Yt / (S * S);
+
+    double const a0 = ply.alpha0 * kDegree;
+    double const c0 = std::cos(a0), s0 = std::sin(a0), t2 = std::tan(2.0 * a0);
+    out.ST = ply.Yc * c0 * (s0 + c0 / t2);
+    out.etaT = -1.0 / t2;
+    out.etaL = -S * std::cos(2.0 * a0) / (ply.Yc * c0 * c0);
+
+    double const q = out.SLis / ply.Xc, sum = q + out.etaL;
+    double const disc = 1.0 - 4.0 * sum * q;
+    if (!(disc >= 0.0 && sum > 0.0 && out.ST > 0.0)) return Verdict::NoData;
+    out.phiC = std::atan((1.0 - std::sqrt(disc)) / (2.0 * sum));
+    return Verdict::Ok;
+}
+
+namespace {
+
+Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
+{
+    Larc03Constants c;
+    Verdict const v = larc03Constants(ply, c);
+    if (v != Verdict::Ok) return v;
+    double* k = out.k;
+    k[kXt] = ply.Xt;
+    k[kXc] = ply.Xc;
+    k[kYt] = ply.Yt;
+    k[kYc] = ply.Yc;
+    k[kS] = ply.S12;
+    k[kG12] = ply.G12;
+    k[kYtIs] = c.YtIs;
+    k[kSLis] = c.SLis;
+    k[kG] = c.g;
+    k[kST] = c.ST;
+    k[kEtaT] = c.etaT;
+    k[kEtaL] = c.etaL;
+    k[kK0] = (ply.G12 - ply.Xc) * c.phiC;
+    return Verdict::Ok;
+}
+
+double matrixTension(double const* k, double s2, double t12)
+{
+    double const r = s2 / k[kYtIs], q = t12 / k[kSLis];
+    return (1.0 - k[kG]) * r + k[kG] * r * r + q * q;
+}
+
+// The matrix compression index on the plane at sin(alpha) = sa.
+double plane(double const* k, double s2, double at, double sa)
+{
+    double const ca = std::sqrt(std::max(0.0, 1.0 - sa * sa));
+    double const R = std::sqrt(s2 * s2 * sa * sa + at * at);
+    double cth = 1.0, sth = 0.0;
+    if (R > 0.0) {
+        cth = std::fabs(s2) * sa / R;
+        sth = (s2 < 0.0 ? at : -at) / R;
+    }
+    double const tT = std::max(0.0, -s2 * ca * (sa - k[kEtaT] * ca * cth)) / k[kST];
+    double const tL = std::max(0.0, ca * (at + k[kEtaL] * s2 * ca * sth)) / k[kSLis];
+    return tT * tT + tL * tL;
+}
+
+// The matrix compression index: the largest over the fracture planes; the
+// plane's angle in degrees into *alpha.
+double matrixCompression(double const* k, double s2, double t12, double* alpha)
+{
+    double const at = std::fabs(t12);
+    auto negative = [k, s2, at](double sa) { return -plane(k, s2, at, sa); };
+    std::uintmax_t iterations = 100;
+    std::pair<double, double> const m =
+        boost::math::tools::brent_find_minima(negative, 0.0, 1.0, kAngleBits, iterations);
+    double best = -m.second, sa = m.first;
+    // The largest may sit on the plane alpha = 0, which the search only
+    // approaches.
+    double const edge = plane(k, s2, at, 0.0);
+    if (edge >= best) {
+        best = edge;
+        sa = 0.0;
+    }
+    if (alpha) *alpha = std::asin(std::min(1.0, sa)) / kDegree;
+    return best;
+}
+
+// A state in the misalignment frame.  stiff: the fibres keep shear
+// stiffness (G12 + s1 - s2 > 0); valid: besides, the angle stays below its
+// limit, where the model holds.
+struct Misalignment {
+    double s2m, t12m, phi;
+    bool stiff, valid;
+};
+
+Misalignment misaligned(double const* k, PlyStress const& s)
+{
+    Misalignment m;
+    double const at = std::fabs(s.t12);
+    double const D = k[kG12] + s.s1 - s.s2;
+    m.stiff = D > 0.0;
+    m.phi = m.stiff ? (at + k[kK0]) / D : kPhiLimit;
+    m.valid = m.stiff && m.phi < kPhiLimit;
+    double const c = std::cos(m.phi), sn = std::sin(m.phi);
+    m.s2m = s.s1 * sn * sn + s.s2 * c * c - 2.0 * at * sn * c;
+    m.t12m = -(s.s1 - s.s2) * sn * c + at * (c * c - sn * sn);
+    return m;
+}
+
+double fibreCompression(double const* k, Misalignment const& m, int& mode)
+{
+    if (m.s2m < 0.0) {
+        mode = kModeFK;
+        return std::max(0.0, (std::fabs(m.t12m) + k[kEtaL] * m.s2m) / k[kSLis]);
+    }
+    mode = kModeFS;
+    return matrixTension(k, m.s2m, m.t12m);
+}
+
+Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
+{
+    double const* k = p.k;
+    Assessment a{Verdict::Ok, 0.0, -1, {0.0, 0.0}, 0u};
+    Misalignment const m = s.s1 < 0.0 ? misaligned(k, s) : Misalignment{0, 0, 0, true, true};
+    // Matrix modes (alpha = 0 in matrix tension); none where a compressed
+    // ply has left the misalignment model, whose fibre mode then holds.
+    if (s.s2 >= 0.0) {
+        a.index = matrixTension(k, s.s2, s.t12);
+        a.mode = kModeMT;
+    } else if (s.s1 >= -k[kYc]) {
+        a.index = matrixCompression(k, s.s2, s.t12, &a.extra[0]);
+        a.mode = kModeMC;
+    } else if (m.valid) {
+        a.index = matrixCompression(k, m.s2m, m.t12m, &a.extra[0]);
+        a.mode = kModeMCm;
+    }
+    if (a.mode >= 0) a.extraValid = 1u;
+    // Fibre modes.
+    int mode = kModeFT;
+    double f;
+    if (s.s1 >= 0.0) {
+        f = s.s1 / k[kXt];
+    } else {
+        f = fibreCompression(k, m, mode);
+        if (!m.valid) {
+            f = std::max(1.0, f);
+            mode = kModeFK;
+        }
+        if (m.stiff) {
+            a.extra[1] = m.phi / kDegree;
+            a.extraValid |= 2u;
+        }
+    }
+    if (a.mode < 0 || f > a.index) {
+        a.index = f;
+        a.mode = mode;
+    }
+    return a;
+}
+
+// The index of one numeric mode along the path.
+struct ModeAlong {
+    double const* k;
+    PlyStress const* res;
+    PlyStress const* mech;
+    int mode;
+
+    double operator()(double r) const
+    {
+        PlyStress const s = along(*res, *mech, r);
+        if (mode == kModeMC) return matrixCompression(k, s.s2, s.t12, nullptr);
+        Misalignment const m = misaligned(k, s);
+        if (mode == kModeMCm) return matrixCompression(k, m.s2m, m.t12m, nullptr);
+        int which;
+        return fibreCompression(k, m, which);
+    }
+};
+
+Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
+{
+    double const* k = p.k;
+    double const ratio = stressRatio(mech, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    if (ratio == 0.0) return finish(p, res, mech, Crossing{kInf, -1});
+    double const step = 1.0 / ratio;
+    double const far = 1e6 * (1.0 + stressRatio(res, k[kXt], k[kXc], k[kYt], k[kYc], k[kS])) * step;
+    bool const noResidual = res.s1 == 0.0 && res.s2 == 0.0 && res.t12 == 0.0;
+
+    Breaks b;
+    b.add(res.s1, mech.s1);
+    b.add(res.s1 + k[kYc], mech.s1);
+    b.add(res.s2, mech.s2);
+    b.add(res.t12, mech.t12);
+    // Where phi reaches its limit: |t12| + K0 = limit (G12 + s1 - s2), for
+    // either sign of t12.
+    for (double sign : {1.0, -1.0})
+        b.add(kPhiLimit * (k[kG12] + res.s1 - res.s2) - sign * res.t12 - k[kK0],
+              kPhiLimit * (mech.s1 - mech.s2) - sign * mech.t12);
+    b.finish();
+
+    for (int i = 0; i < b.pieces(); i++) {
+        double const lo = b.lo(i), hi = b.hi(i);
+        PlyStress const in = along(res, mech, b.inside(i));
+        Crossing best{kInf, -1};
+        auto offer = [&best](double r, int mode) {
+            if (r < best.r) best = Crossing{r, mode};
+        };
+        if (in.s2 >= 0.0) {
+            double const y = 1.0 / k[kYtIs], sl = 1.0 / k[kSLis];
+            Quad const mt{0, k[kG] * y * y, sl * sl, 0, 0, (1.0 - k[kG]) * y, 0, 0};
+            offer(quadCrossing(mt, res, mech, lo, hi), kModeMT);
+        }
+        if (in.s1 >= 0.0)
+            offer(quadCrossing(linear(1.0 / k[kXt], 0.0, 0.0), res, mech, lo, hi), kModeFT);
+
+        bool const valid = in.s1 < 0.0 && misaligned(k, in).valid;
+        if (in.s1 < 0.0 && !valid) offer(lo, kModeFK);  // beyond the misalignment model
+
+        auto numeric = [&](int mode) {
+            double const top = std::min(hi, best.r);
+            ModeAlong const g{k, &res, &mech, mode};
+            if (mode == kModeMC && noResidual && lo == 0.0) {
+                // Degree 2 in the stresses: the crossing is direct.
+                double const f = g(1.0);
+                if (f > 0.0) {
+                    double const r = 1.0 / std::sqrt(f);
+                    if (r <= top) offer(r, mode);
+                }
+                return;
+            }
+            offer(numericCrossing(g, lo, top, g(lo), step, far), mode);
+        };
+        if (in.s2 < 0.0 && in.s1 >= -k[kYc]) numeric(kModeMC);
+        if (valid) {
+            numeric(kModeFK);
+            if (in.s2 < 0.0 && in.s1 < -k[kYc]) numeric(kModeMCm);
+        }
+        if (best.r < kInf) {
+            if (best.mode == kModeFK) {
+                // Kinking or splitting: the side of s2m = 0 at the crossing.
+                if (valid && misaligned(k, along(res, mech, best.r)).s2m >= 0.0)
+                    best.mode = kModeFS;
+            }
+            return finish(p, res, mech, best);
+        }
+    }
+    return finish(p, res, mech, Crossing{kInf, -1});
+}
+
+}  // namespace
+
+extern CriterionInfo const kLarc03 = {"larc03", kModes,           kExtras,     nullptr,
+                                      0,        prepareCriterion, assessState, ratePath};
+
+}  // namespace analysis

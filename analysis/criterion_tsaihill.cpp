@@ -1,0 +1,65 @@
+// Tsai-Hill (Azzi and Tsai 1965): Hill's orthotropic yield function with
+// strengths for stresses, in plane stress
+//   (s1/X)^2 - s1 s2 / X^2 + (s2/Y)^2 + (t12/S12)^2 = 1,
+// X = Xt or Xc and Y = Yt or Yc by the signs of s1 and s2.  The criterion has
+// no modes of its own: the mode word names the dominant stress (the largest
+// stress-to-strength ratio) of the failure state.
+#include "laminate/analysis/criterion_path.h"
+
+namespace analysis {
+
+namespace {
+
+using namespace criterion_path;
+
+char const* const kModes[] = {
+    "fibre-tension", "fibre-compression", "matrix-tension", "matrix-compression", "shear", nullptr};
+char const* const kNoExtras[] = {nullptr};
+
+enum { kXt, kXc, kYt, kYc, kS };
+
+Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
+{
+    if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
+    double* k = out.k;
+    k[kXt] = ply.Xt;
+    k[kXc] = ply.Xc;
+    k[kYt] = ply.Yt;
+    k[kYc] = ply.Yc;
+    k[kS] = ply.S12;
+    return Verdict::Ok;
+}
+
+// The quadratic of the sign branch that holds at s.
+Quad branch(double const* k, PlyStress const& s)
+{
+    double const X = s.s1 >= 0.0 ? k[kXt] : k[kXc];
+    double const Y = s.s2 >= 0.0 ? k[kYt] : k[kYc];
+    double const x2 = 1.0 / (X * X);
+    return Quad{x2, 1.0 / (Y * Y), 1.0 / (k[kS] * k[kS]), -0.5 * x2, 0, 0, 0, 0};
+}
+
+Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
+{
+    double const* k = p.k;
+    int const m = dominantStress(s, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    return Assessment{Verdict::Ok, branch(k, s).value(s), m, {0.0, 0.0}, 0u};
+}
+
+Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
+{
+    double const* k = p.k;
+    Breaks b;
+    b.add(res.s1, mech.s1);
+    b.add(res.s2, mech.s2);
+    b.finish();
+    auto select = [k](PlyStress const& s, Branch& br) { br.add(branch(k, s), -1); };
+    return finish(p, res, mech, quadPieces(res, mech, b, select));
+}
+
+}  // namespace
+
+extern CriterionInfo const kTsaiHill = {"tsaihill", kModes,           kNoExtras,   nullptr,
+                                        0,          prepareCriterion, assessState, ratePath};
+
+}  // namespace analysis
