@@ -85,6 +85,11 @@ bool CriterionPly::has(unsigned mask) const
     return true;
 }
 
+PlyStress failureState(PlyStress const& res, PlyStress const& mech, Rating const& r)
+{
+    return criterion_path::along(res, mech, r.rf < criterion_path::kInf ? r.rf : 1.0);
+}
+
 double marginOfSafety(double rf, double fos)
 {
     return rf / fos - 1.0;
@@ -136,14 +141,11 @@ Rating rate(PreparedCriterion const& p, PlyStress const& res, PlyStress const& m
 {
     Verdict v = p.status;
     if (v == Verdict::Ok && !(usable(res) && usable(mech))) v = Verdict::NonFinite;
-    if (v != Verdict::Ok) return Rating{v, 0.0, notAssessed(v)};
-    Assessment const start = p.info->assess(p, res);
-    if (start.index >= 1.0) return Rating{Verdict::Residual, 0.0, start};
-    Rating r = p.info->rate(p, res, mech);
+    if (v != Verdict::Ok) return Rating{v, 0.0, -1};
+    Rating const r = p.info->rate(p, res, mech);
     // The criteria keep every value finite for usable stresses; should a
     // factor come out NaN all the same, it is refused rather than shown.
-    if (std::isnan(r.rf) || std::isnan(r.at.index))
-        return Rating{Verdict::NonFinite, 0.0, notAssessed(Verdict::NonFinite)};
+    if (std::isnan(r.rf)) return Rating{Verdict::NonFinite, 0.0, -1};
     return r;
 }
 

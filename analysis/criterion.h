@@ -112,15 +112,20 @@ struct Assessment {
 };
 
 // The reserve factor of one ply face along the path s(RF) = res + RF * mech:
-// the smallest RF >= 0 with index(s(RF)) = 1.  verdict ok: 0 < rf < inf;
-// never: rf = +inf; residual: rf = 0; any other verdict: rf = 0 and nothing
-// was rated.  at: the criterion at the failure state s(rf) (at res + mech when
-// rf = +inf), its mode the mode that reaches 1 first.
+// the smallest RF >= 0 at which the index reaches 1.  verdict ok:
+// 0 < rf < inf; never: rf = +inf; residual: rf = 0; any other verdict: rf = 0
+// and nothing was rated.  mode: the mode that reaches 1 first (for the
+// criteria without modes of their own, the dominant stress of the failure
+// state), -1 when none does or nothing was rated.  The index and extra
+// outputs at the failure state are assess(p, failureState(res, mech, r)).
 struct Rating {
     Verdict verdict;
     double rf;
-    Assessment at;
+    int mode;
 };
+
+// res + rf * mech; res + mech (the whole load) when rf is +inf.
+PlyStress failureState(PlyStress const& res, PlyStress const& mech, Rating const& r);
 
 // Margin of safety under a factor of safety fos > 0: rf / fos - 1.
 double marginOfSafety(double rf, double fos);
@@ -135,7 +140,7 @@ const int kMaxCriterionParams = 4;
 // The constants of one ply under one criterion and its parameters; the
 // layout of k belongs to the criterion.
 struct PreparedCriterion;
-const int kPreparedSize = 32;
+const int kPreparedSize = 48;
 
 // One row of the catalogue.
 struct CriterionInfo {

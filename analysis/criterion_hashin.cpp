@@ -20,7 +20,8 @@ char const* const kModes[] = {"fibre-tension", "fibre-compression", "matrix-tens
                               "matrix-compression", nullptr};
 char const* const kNoExtras[] = {nullptr};
 
-enum { kXt, kXc, kYt, kYc, kS, kST };
+// kQ: the quadratics of the four modes, in the order of the mode words.
+enum { kXt, kXc, kYt, kYc, kS, kST, kQ };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
 {
@@ -31,57 +32,53 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     k[kYt] = ply.Yt;
     k[kYc] = ply.Yc;
     k[kS] = ply.S12;
-    k[kST] = ply.has(kGivenS23) ? ply.S23 : 0.5 * ply.Yc;
+    double const ST = ply.has(kGivenS23) ? ply.S23 : 0.5 * ply.Yc;
+    k[kST] = ST;
+    double const shear = 1.0 / (ply.S12 * ply.S12), c = ply.Yc / (2.0 * ST);
+    storeQuad(k + kQ, Quad{1.0 / (ply.Xt * ply.Xt), 0, shear, 0, 0, 0, 0, 0});
+    storeQuad(k + kQ + 8, linear(-1.0 / ply.Xc, 0.0, 0.0));
+    storeQuad(k + kQ + 16, Quad{0, 1.0 / (ply.Yt * ply.Yt), shear, 0, 0, 0, 0, 0});
+    storeQuad(k + kQ + 24,
+              Quad{0, 1.0 / (4.0 * ST * ST), shear, 0, 0, (c * c - 1.0) / ply.Yc, 0, 0});
     return Verdict::Ok;
 }
 
-// The fibre and matrix quadratics of the sign branches that hold at s, into
-// q[0] and q[1]; their modes into m[0] and m[1].
-void modes(double const* k, PlyStress const& s, Quad q[2], int m[2])
+// The fibre mode that holds at s and its quadratic.
+Quad fibre(double const* k, PlyStress const& s, int& mode)
 {
-    double const shear = 1.0 / (k[kS] * k[kS]);
-    if (s.s1 >= 0.0) {
-        q[0] = Quad{1.0 / (k[kXt] * k[kXt]), 0, shear, 0, 0, 0, 0, 0};
-        m[0] = 0;
-    } else {
-        q[0] = linear(-1.0 / k[kXc], 0.0, 0.0);
-        m[0] = 1;
-    }
-    if (s.s2 >= 0.0) {
-        q[1] = Quad{0, 1.0 / (k[kYt] * k[kYt]), shear, 0, 0, 0, 0, 0};
-        m[1] = 2;
-    } else {
-        double const c = k[kYc] / (2.0 * k[kST]);
-        q[1] = Quad{0, 1.0 / (4.0 * k[kST] * k[kST]), shear, 0, 0, (c * c - 1.0) / k[kYc], 0, 0};
-        m[1] = 3;
-    }
+    mode = s.s1 >= 0.0 ? 0 : 1;
+    return loadQuad(k + kQ + 8 * mode);
+}
+
+// The matrix mode that holds at s and its quadratic.
+Quad matrix(double const* k, PlyStress const& s, int& mode)
+{
+    mode = s.s2 >= 0.0 ? 2 : 3;
+    return loadQuad(k + kQ + 8 * mode);
 }
 
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
 {
-    Quad q[2];
-    int m[2];
-    modes(p.k, s, q, m);
-    double const f = q[0].value(s), mx = q[1].value(s);
-    return f >= mx ? Assessment{Verdict::Ok, f, m[0], {0.0, 0.0}, 0u}
-                   : Assessment{Verdict::Ok, mx, m[1], {0.0, 0.0}, 0u};
+    int mf, mm;
+    double const f = fibre(p.k, s, mf).value(s), m = matrix(p.k, s, mm).value(s);
+    return f >= m ? Assessment{Verdict::Ok, f, mf, {0.0, 0.0}, 0u}
+                  : Assessment{Verdict::Ok, m, mm, {0.0, 0.0}, 0u};
 }
 
+// The fibre modes and the matrix modes each change branch at one point.
 Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
 {
     double const* k = p.k;
-    Breaks b;
-    b.add(res.s1, mech.s1);
-    b.add(res.s2, mech.s2);
-    b.finish();
-    auto select = [k](PlyStress const& s, Branch& br) {
-        Quad q[2];
-        int m[2];
-        modes(k, s, q, m);
-        br.add(q[0], m[0]);
-        br.add(q[1], m[1]);
-    };
-    return finish(p, res, mech, quadPieces(res, mech, b, select));
+    Breaks bf, bm;
+    bf.add(res.s1, mech.s1);
+    bf.finish();
+    bm.add(res.s2, mech.s2);
+    bm.finish();
+    Crossing const f = family(res, mech, bf, kInf,
+                              [k](PlyStress const& s, int& mode) { return fibre(k, s, mode); });
+    Crossing const m = family(res, mech, bm, f.r,
+                              [k](PlyStress const& s, int& mode) { return matrix(k, s, mode); });
+    return rating(m.r < f.r ? m : f);
 }
 
 }  // namespace

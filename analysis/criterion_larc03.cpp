@@ -60,6 +60,8 @@ const double kDegree = kPi / 180.0;
 const double kThinPlyMm = 0.7;
 const double kPhiLimit = kPi / 4.0;
 const int kAngleBits = 26;  // fracture-plane search: sin(alpha) to ~1.5e-8
+const double kAngleTolerance = 1e-8;
+const double kWarmStep = 1.0 / 32;  // bracket around a nearby state's plane
 
 char const* const kModes[] = {
     "matrix-tension", "matrix-compression", "matrix-compression-misaligned",
@@ -166,24 +168,86 @@ double plane(double const* k, double s2, double at, double sa)
     return tT * tT + tL * tL;
 }
 
-// The matrix compression index: the largest over the fracture planes; the
-// plane's angle in degrees into *alpha.
-double matrixCompression(double const* k, double s2, double t12, double* alpha)
+// The largest value of f on [a, b], unimodal there, given x inside with
+// f(x) >= f(a) and f(x) >= f(b): parabolic steps through the best three
+// points, golden-section steps where a parabola moves too little or too far
+// (the safeguards of Brent's method).  x becomes the maximiser.
+template <class F>
+double refineMaximum(F const& f, double a, double fa, double b, double fb, double& x, double fx)
+{
+    const double kGolden = 0.3819660112501051;
+    double stepBefore = b - a, step = b - a;
+    for (int i = 0; i < 100 && b - a > 2.0 * kAngleTolerance; i++) {
+        double const p = (x - a) * (fx - fb), q = (x - b) * (fx - fa);
+        double const num = (x - a) * p - (x - b) * q, den = 2.0 * (p - q);
+        double u = den != 0.0 ? x - num / den : a;
+        if (!(u > a && u < b) || std::fabs(u - x) > 0.5 * stepBefore)
+            u = x - a > b - x ? x - kGolden * (x - a) : x + kGolden * (b - x);
+        else if (std::fabs(u - x) < kAngleTolerance)
+            break;  // the parabola's top is x itself
+        stepBefore = step;
+        step = std::fabs(u - x);
+        double const fu = f(u);
+        if (fu >= fx) {
+            if (u < x) {
+                b = x;
+                fb = fx;
+            } else {
+                a = x;
+                fa = fx;
+            }
+            x = u;
+            fx = fu;
+        } else if (u < x) {
+            a = u;
+            fa = fu;
+        } else {
+            b = u;
+            fb = fu;
+        }
+    }
+    return fx;
+}
+
+// The matrix compression index: the largest over the fracture planes.  sa:
+// on entry sin(alpha) of a plane near the largest (from a nearby state), or
+// -1; on return the largest's.
+double matrixCompression(double const* k, double s2, double t12, double& sa)
 {
     double const at = std::fabs(t12);
-    auto negative = [k, s2, at](double sa) { return -plane(k, s2, at, sa); };
+    auto f = [k, s2, at](double x) { return plane(k, s2, at, x); };
+    double const edge = f(0.0);
+    if (sa >= 0.0) {
+        // Bracket the largest near the given plane.
+        double const a = std::max(0.0, sa - kWarmStep), b = std::min(1.0, sa + kWarmStep);
+        double const fa = a == 0.0 ? edge : f(a), fx = f(sa), fb = f(b);
+        if (a < sa && sa < b && fx > fa && fx > fb) {
+            double const best = refineMaximum(f, a, fa, b, fb, sa, fx);
+            if (edge < best) return best;
+            sa = 0.0;
+            return edge;
+        }
+    }
+    auto negative = [&f](double x) { return -f(x); };
     std::uintmax_t iterations = 100;
     std::pair<double, double> const m =
         boost::math::tools::brent_find_minima(negative, 0.0, 1.0, kAngleBits, iterations);
-    double best = -m.second, sa = m.first;
+    sa = m.first;
     // The largest may sit on the plane alpha = 0, which the search only
     // approaches.
-    double const edge = plane(k, s2, at, 0.0);
-    if (edge >= best) {
-        best = edge;
+    if (edge >= -m.second) {
         sa = 0.0;
+        return edge;
     }
-    if (alpha) *alpha = std::asin(std::min(1.0, sa)) / kDegree;
+    return -m.second;
+}
+
+// The same with the plane's angle in degrees into alpha.
+double matrixCompression(double const* k, double s2, double t12, double* alpha)
+{
+    double sa = -1.0;
+    double const best = matrixCompression(k, s2, t12, sa);
+    *alpha = std::asin(std::min(1.0, sa)) / kDegree;
     return best;
 }
 
@@ -266,13 +330,14 @@ struct ModeAlong {
     PlyStress const* res;
     PlyStress const* mech;
     int mode;
+    mutable double sa = -1.0;  // the fracture plane of the last state
 
     double operator()(double r) const
     {
         PlyStress const s = along(*res, *mech, r);
-        if (mode == kModeMC) return matrixCompression(k, s.s2, s.t12, nullptr);
+        if (mode == kModeMC) return matrixCompression(k, s.s2, s.t12, sa);
         Misalignment const m = misaligned(k, s);
-        if (mode == kModeMCm) return matrixCompression(k, m.s2m, m.t12m, nullptr);
+        if (mode == kModeMCm) return matrixCompression(k, m.s2m, m.t12m, sa);
         int which;
         return fibreCompression(k, m, which);
     }
@@ -282,7 +347,13 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 {
     double const* k = p.k;
     double const ratio = stressRatio(mech, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
-    if (ratio == 0.0) return finish(p, res, mech, Crossing{kInf, -1});
+    // The residual state itself, where it sits on a boundary between modes
+    // (elsewhere the first piece's modes are its own).
+    if (res.s1 == 0.0 || res.s1 == -k[kYc] || res.s2 == 0.0) {
+        Assessment const start = assessState(p, res);
+        if (start.index >= 1.0) return rating(Crossing{0.0, start.mode});
+    }
+    if (ratio == 0.0) return rating(Crossing{kInf, -1});
     double const step = 1.0 / ratio;
     double const far = 1e6 * (1.0 + stressRatio(res, k[kXt], k[kXc], k[kYt], k[kYc], k[kS])) * step;
     bool const noResidual = res.s1 == 0.0 && res.s2 == 0.0 && res.t12 == 0.0;
@@ -342,10 +413,10 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
                 if (valid && misaligned(k, along(res, mech, best.r)).s2m >= 0.0)
                     best.mode = kModeFS;
             }
-            return finish(p, res, mech, best);
+            return rating(best);
         }
     }
-    return finish(p, res, mech, Crossing{kInf, -1});
+    return rating(Crossing{kInf, -1});
 }
 
 }  // namespace

@@ -86,30 +86,25 @@ Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
     return Assessment{Verdict::Ok, r[m], m, {0.0, 0.0}, 0u};
 }
 
+// Each strain reaches its allowable where e(res) + r e(mech) = allowable, in
+// closed form per mode.
 Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
 {
     double const* k = p.k;
+    Assessment const start = assessState(p, res);
+    if (start.index >= 1.0) return rating(Crossing{0.0, start.mode});
     double c[3][3];
     compliance(k, c);
-    Breaks b;
-    for (int i = 0; i < 3; i++) b.add(strain(c[i], res), strain(c[i], mech));
-    b.finish();
-    auto select = [k, &c](PlyStress const& s, Branch& br) {
-        // Each mode is its strain over its allowable: linear in the stresses.
-        auto mode = [&c, &br](int row, double allowable, int m) {
-            br.add(linear(c[row][0] / allowable, c[row][1] / allowable, c[row][2] / allowable), m);
-        };
-        if (strain(c[0], s) >= 0.0)
-            mode(0, k[kE1t], 0);
-        else
-            mode(0, -k[kE1c], 1);
-        if (strain(c[1], s) >= 0.0)
-            mode(1, k[kE2t], 2);
-        else
-            mode(1, -k[kE2c], 3);
-        mode(2, strain(c[2], s) >= 0.0 ? k[kG12u] : -k[kG12u], 4);
+    Crossing best{kInf, -1};
+    auto reach = [&](int row, double up, double down, int upMode, int downMode) {
+        double const r0 = strain(c[row], res), m = strain(c[row], mech);
+        double const r = m > 0.0 ? (up - r0) / m : m < 0.0 ? (-down - r0) / m : kInf;
+        if (r < best.r) best = Crossing{r, m > 0.0 ? upMode : downMode};
     };
-    return finish(p, res, mech, quadPieces(res, mech, b, select));
+    reach(0, k[kE1t], k[kE1c], 0, 1);
+    reach(1, k[kE2t], k[kE2c], 2, 3);
+    reach(2, k[kG12u], k[kG12u], 4, 4);
+    return rating(best);
 }
 
 }  // namespace

@@ -47,26 +47,22 @@ Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
     return Assessment{Verdict::Ok, r[m], m, {0.0, 0.0}, 0u};
 }
 
+// Each stress reaches its strength where res + r mech = strength, in closed
+// form per mode.
 Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
 {
     double const* k = p.k;
-    Breaks b;
-    b.add(res.s1, mech.s1);
-    b.add(res.s2, mech.s2);
-    b.add(res.t12, mech.t12);
-    b.finish();
-    auto select = [k](PlyStress const& s, Branch& br) {
-        if (s.s1 >= 0.0)
-            br.add(linear(1.0 / k[kXt], 0.0, 0.0), 0);
-        else
-            br.add(linear(-1.0 / k[kXc], 0.0, 0.0), 1);
-        if (s.s2 >= 0.0)
-            br.add(linear(0.0, 1.0 / k[kYt], 0.0), 2);
-        else
-            br.add(linear(0.0, -1.0 / k[kYc], 0.0), 3);
-        br.add(linear(0.0, 0.0, (s.t12 >= 0.0 ? 1.0 : -1.0) / k[kS]), 4);
+    Assessment const start = assessState(p, res);
+    if (start.index >= 1.0) return rating(Crossing{0.0, start.mode});
+    Crossing best{kInf, -1};
+    auto reach = [&best](double r0, double m, double up, double down, int upMode, int downMode) {
+        double const r = m > 0.0 ? (up - r0) / m : m < 0.0 ? (-down - r0) / m : kInf;
+        if (r < best.r) best = Crossing{r, m > 0.0 ? upMode : downMode};
     };
-    return finish(p, res, mech, quadPieces(res, mech, b, select));
+    reach(res.s1, mech.s1, k[kXt], k[kXc], 0, 1);
+    reach(res.s2, mech.s2, k[kYt], k[kYc], 2, 3);
+    reach(res.t12, mech.t12, k[kS], k[kS], 4, 4);
+    return rating(best);
 }
 
 }  // namespace

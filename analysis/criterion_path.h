@@ -11,6 +11,7 @@
 #ifndef LAMINATE_ANALYSIS_CRITERION_PATH_H
 #define LAMINATE_ANALYSIS_CRITERION_PATH_H
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -63,12 +64,43 @@ inline Quad linear(double b1, double b2, double b6)
 // The smallest t >= 0 at which a t^2 + b t + c reaches 0 from below: 0 when
 // c > 0, or c = 0 and the function does not fall; +inf when there is none.
 // Written without cancellation in either sign of b.
-double firstRoot(double a, double b, double c);
+inline double firstRoot(double a, double b, double c)
+{
+    if (c == 0.0) {
+        // At 1 already: the crossing is here unless the function leaves 1
+        // downwards (a branch whose quadratic form meets 1 at a state where
+        // the criterion itself is 0/0, as Puck's mode C at s2 = t12 = 0).
+        if (b > 0.0 || (b == 0.0 && a >= 0.0)) return 0.0;
+        return a > 0.0 ? -b / a : kInf;
+    }
+    if (!(c < 0.0)) return 0.0;
+    double const d = b * b - 4.0 * a * c;
+    if (d < 0.0) return kInf;  // only when a < 0: the function stays below 0
+    double const sd = std::sqrt(d);
+    // For b > 0 the smaller positive root is -2c / (b + sqrt d) whatever the
+    // sign of a (a = 0 included); for b <= 0 there is one only when a > 0.
+    if (b > 0.0) return -2.0 * c / (b + sd);
+    if (a > 0.0) return (sd - b) / (2.0 * a);
+    return kInf;
+}
 
 // The first r in [lo, hi] (hi may be +inf) at which q(res + r mech) >= 1,
 // or +inf.
-double quadCrossing(Quad const& q, PlyStress const& res, PlyStress const& mech, double lo,
-                    double hi);
+inline double quadCrossing(Quad const& q, PlyStress const& res, PlyStress const& mech, double lo,
+                           double hi)
+{
+    // Centred on lo: q(lo + t) - 1 = A t^2 + B t + C, with B and C taken
+    // from the state at lo itself rather than expanded from r = 0.
+    PlyStress const s = along(res, mech, lo);
+    double const A = q.curvature(mech), B = q.slope(s, mech), C = q.value(s) - 1.0;
+    double const T = hi - lo;
+    // A convex branch below 1 at both ends stays below 1 in between: no root
+    // to take.
+    if (C < 0.0 && A >= 0.0 && T < kInf && (A * T + B) * T + C < 0.0) return kInf;
+    double const t = firstRoot(A, B, C);
+    if (t == kInf || t > T) return kInf;
+    return std::min(lo + t, hi);
+}
 
 // The breakpoints of a path: the r > 0 at which linear functions of r
 // change sign, sorted, with 0 first.
@@ -76,9 +108,27 @@ class Breaks {
 public:
     Breaks() : n_(1) { r_[0] = 0.0; }
     // The root of v0 + r * slope, when it is finite and positive.
-    void add(double v0, double slope);
+    void add(double v0, double slope)
+    {
+        if (slope == 0.0 || n_ == kMax) return;
+        double const r = -v0 / slope;
+        if (r > 0.0 && r < kInf) r_[n_++] = r;
+    }
     // Sorts and drops repeats; call once, after the last add().
-    void finish();
+    void finish()
+    {
+        // Insertion sort: r_[0] = 0 lies below every root and stops it.
+        for (int i = 2; i < n_; i++) {
+            double const r = r_[i];
+            int j = i;
+            for (; r_[j - 1] > r; j--) r_[j] = r_[j - 1];
+            r_[j] = r;
+        }
+        int n = 1;
+        for (int i = 1; i < n_; i++)
+            if (r_[i] != r_[n - 1]) r_[n++] = r_[i];
+        n_ = n;
+    }
     int pieces() const { return n_; }
     // Piece i runs from lo(i) to hi(i); the last one to +inf.
     double lo(int i) const { return r_[i]; }
@@ -102,35 +152,35 @@ struct Crossing {
     int mode;
 };
 
-// The active quadratics of one piece: the branch each mode takes there.
-struct Branch {
-    static const int kMax = 6;
-    Quad q[kMax];
-    int mode[kMax];
-    int n = 0;
-    void add(Quad const& quad, int m)
-    {
-        q[n] = quad;
-        mode[n] = m;
-        n++;
-    }
-};
-
-// The first crossing of a criterion made of quadratic branches: select(s,
-// branch) fills the branch that holds at a state s inside a piece.
-template <class Select>
-Crossing quadPieces(PlyStress const& res, PlyStress const& mech, Breaks const& breaks,
-                    Select const& select)
+// A quadratic kept in 8 consecutive slots of a preparation.
+inline void storeQuad(double* k, Quad const& q)
 {
-    for (int i = 0; i < breaks.pieces(); i++) {
-        Branch b;
-        select(along(res, mech, breaks.inside(i)), b);
-        Crossing best{kInf, -1};
-        for (int j = 0; j < b.n; j++) {
-            double const r = quadCrossing(b.q[j], res, mech, breaks.lo(i), breaks.hi(i));
-            if (r < best.r) best = Crossing{r, b.mode[j]};
-        }
-        if (best.r < kInf) return best;
+    double const v[8] = {q.a11, q.a22, q.a66, q.a12, q.b1, q.b2, q.b6, q.c0};
+    for (int i = 0; i < 8; i++) k[i] = v[i];
+}
+inline Quad loadQuad(double const* k)
+{
+    return Quad{k[0], k[1], k[2], k[3], k[4], k[5], k[6], k[7]};
+}
+
+// The first crossing below cap of one family of quadratic branches (the
+// fibre modes of a criterion, say, whose branch follows the sign of s1):
+// breaks holds the points where the family's branch may change, and
+// select(s, mode) gives the quadratic of the branch that holds at a state s
+// and sets its mode.  The residual state itself is checked with its own
+// branch first, which differs from the first piece's where one of its
+// stresses is exactly 0.
+template <class Select>
+Crossing family(PlyStress const& res, PlyStress const& mech, Breaks const& breaks, double cap,
+                Select const& select)
+{
+    int mode;
+    Quad q = select(res, mode);
+    if (q.value(res) >= 1.0) return Crossing{0.0, mode};
+    for (int i = 0; i < breaks.pieces() && breaks.lo(i) < cap; i++) {
+        q = select(along(res, mech, breaks.inside(i)), mode);
+        double const r = quadCrossing(q, res, mech, breaks.lo(i), std::min(breaks.hi(i), cap));
+        if (r < kInf) return Crossing{r, mode};
     }
     return Crossing{kInf, -1};
 }
@@ -171,10 +221,12 @@ double numericCrossing(G const& g, double lo, double hi, double glo, double step
     return 0.5 * (root.first + root.second);
 }
 
-// The rating of a crossing: the verdict from its factor, the assessment at
-// the failure state (at res + mech when it never fails) and the crossing's
-// mode.
-Rating finish(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech, Crossing c);
+// The rating of a crossing: the verdict from its factor, and its mode.
+inline Rating rating(Crossing c)
+{
+    if (c.r == kInf) return Rating{Verdict::Never, kInf, -1};
+    return Rating{c.r == 0.0 ? Verdict::Residual : Verdict::Ok, c.r, c.mode};
+}
 
 // The mode word position of the largest of |s1|/X, |s2|/Y, |t12|/S (X, Y
 // by the sign of the stress), in the order fibre-tension, fibre-compression,

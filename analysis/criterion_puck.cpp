@@ -48,7 +48,8 @@ CriterionParam const kParams[] = {
     {"weakening", 0.0, 0.0, 1.0}, {"s", 0.5, 0.0, 0.99}, {"m", 0.5, 0.0, 0.99}};
 
 enum { kModeFFt, kModeFFc, kModeA, kModeB, kModeC };
-enum { kXt, kXc, kYt, kYc, kS, kPT, kPC, kRA, kPPC, kTau21c, kWeak, kWs, kWa, kAquad };
+// kQ: the quadratics of modes A, B and C (see iffQuad).
+enum { kXt, kXc, kYt, kYc, kS, kPT, kPC, kRA, kPPC, kTau21c, kWeak, kWs, kWa, kAquad, kQ };
 
 // Inclination defaults by fibre kind (Puck, Kopp and Knops 2002; VDI 2014).
 bool defaultInclinations(FibreKind kind, double& pT, double& pC)
@@ -95,6 +96,23 @@ bool puckConstants(CriterionPly const& ply, PuckConstants& out)
 
 namespace {
 
+// Each mode's condition f >= 1 as a quadratic q >= 1 (see the file head).
+Quad iffQuad(double const* k, int mode)
+{
+    double const S = k[kS], S2 = 1.0 / (S * S);
+    switch (mode) {
+        case kModeA: {
+            double const a = k[kPT] / S;
+            return Quad{0, k[kAquad] - a * a, S2, 0, 0, 2.0 * a, 0, 0};
+        }
+        case kModeB: return Quad{0, 0, S2, 0, 0, 2.0 * k[kPC] / S, 0, 0};
+        default: {
+            double const d = 2.0 * (1.0 + k[kPPC]) * S;
+            return Quad{0, 1.0 / (k[kYc] * k[kYc]), 1.0 / (d * d), 0, 0, 1.0 / k[kYc], 0, 1.0};
+        }
+    }
+}
+
 Verdict prepareCriterion(CriterionPly const& ply, double const* params, PreparedCriterion& out)
 {
     if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
@@ -117,6 +135,8 @@ Verdict prepareCriterion(CriterionPly const& ply, double const* params, Prepared
     k[kWa] = (1.0 - params[1]) / std::sqrt(1.0 - params[2] * params[2]);
     double const lead = 1.0 - c.pParT * ply.Yt / ply.S12;
     k[kAquad] = lead * lead / (ply.Yt * ply.Yt);
+    for (int mode : {kModeA, kModeB, kModeC})
+        storeQuad(k + kQ + 8 * (mode - kModeA), iffQuad(k, mode));
     return Verdict::Ok;
 }
 
@@ -193,31 +213,14 @@ Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
     return a;
 }
 
-// Each mode's condition f >= 1 as a quadratic q >= 1 (see the file head).
-Quad iffQuad(double const* k, int mode)
-{
-    double const S = k[kS], S2 = 1.0 / (S * S);
-    switch (mode) {
-        case kModeA: {
-            double const a = k[kPT] / S;
-            return Quad{0, k[kAquad] - a * a, S2, 0, 0, 2.0 * a, 0, 0};
-        }
-        case kModeB: return Quad{0, 0, S2, 0, 0, 2.0 * k[kPC] / S, 0, 0};
-        default: {
-            double const d = 2.0 * (1.0 + k[kPPC]) * S;
-            return Quad{0, 1.0 / (k[kYc] * k[kYc]), 1.0 / (d * d), 0, 0, 1.0 / k[kYc], 0, 1.0};
-        }
-    }
-}
-
 Quad fibreQuad(double const* k, PlyStress const& s)
 {
     return s.s1 >= 0.0 ? linear(1.0 / k[kXt], 0.0, 0.0) : linear(-1.0 / k[kXc], 0.0, 0.0);
 }
 
+// The points where the inter-fibre mode may change.
 void addBreaks(double const* k, PlyStress const& res, PlyStress const& mech, Breaks& b)
 {
-    b.add(res.s1, mech.s1);
     b.add(res.s2, mech.s2);
     // The mode B / mode C boundary RA |t12| = tau21c (-s2), for either sign
     // of t12.
@@ -231,19 +234,15 @@ Rating rateWeakened(PreparedCriterion const& p, PlyStress const& res, PlyStress 
     double const* k = p.k;
     Breaks b;
     addBreaks(k, res, mech, b);
+    b.add(res.s1, mech.s1);
     // Where the fibre exposure passes s, in tension or compression.
     b.add(res.s1 - k[kWs] * k[kXt], mech.s1);
     b.add(res.s1 + k[kWs] * k[kXc], mech.s1);
     b.finish();
+    Assessment const start = assessState(p, res);
+    if (start.index >= 1.0) return rating(Crossing{0.0, start.mode});
     double const ratio = stressRatio(mech, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
-    if (ratio == 0.0) {
-        // No mechanical stress: the residual state either fails or never.
-        PlyStress const s = res;
-        double const fFF = fibreExposure(k, s);
-        double const fIFF = iffExposure(k, s, iffMode(k, s));
-        bool const fails = fFF >= 1.0 || fIFF >= ellipse(k, fFF);
-        return finish(p, res, mech, Crossing{fails ? 0.0 : kInf, -1});
-    }
+    if (ratio == 0.0) return rating(Crossing{kInf, -1});
     double const step = 1.0 / ratio;
     double const far = 1e6 * (1.0 + stressRatio(res, k[kXt], k[kXc], k[kYt], k[kYc], k[kS])) * step;
     for (int i = 0; i < b.pieces(); i++) {
@@ -257,26 +256,32 @@ Rating rateWeakened(PreparedCriterion const& p, PlyStress const& res, PlyStress 
         };
         double const top = std::min(hi, rFF);
         double const rIFF = numericCrossing(excess, lo, top, excess(lo), step, far);
-        if (rIFF < kInf && rIFF <= rFF) return finish(p, res, mech, Crossing{rIFF, mode});
-        if (rFF < kInf)
-            return finish(p, res, mech, Crossing{rFF, in.s1 >= 0.0 ? kModeFFt : kModeFFc});
+        if (rIFF < kInf && rIFF <= rFF) return rating(Crossing{rIFF, mode});
+        if (rFF < kInf) return rating(Crossing{rFF, in.s1 >= 0.0 ? kModeFFt : kModeFFc});
     }
-    return finish(p, res, mech, Crossing{kInf, -1});
+    return rating(Crossing{kInf, -1});
 }
 
 Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
 {
     double const* k = p.k;
     if (k[kWeak] != 0.0) return rateWeakened(p, res, mech);
-    Breaks b;
-    addBreaks(k, res, mech, b);
-    b.finish();
-    auto select = [k](PlyStress const& s, Branch& br) {
-        br.add(fibreQuad(k, s), s.s1 >= 0.0 ? kModeFFt : kModeFFc);
-        int const mode = iffMode(k, s);
-        br.add(iffQuad(k, mode), mode);
-    };
-    return finish(p, res, mech, quadPieces(res, mech, b, select));
+    // Fibre fracture changes branch where s1 changes sign; inter-fibre
+    // fracture where s2 does and at the mode B / mode C boundary.
+    Breaks bf, bi;
+    bf.add(res.s1, mech.s1);
+    bf.finish();
+    addBreaks(k, res, mech, bi);
+    bi.finish();
+    Crossing const f = family(res, mech, bf, kInf, [k](PlyStress const& s, int& mode) {
+        mode = s.s1 >= 0.0 ? kModeFFt : kModeFFc;
+        return fibreQuad(k, s);
+    });
+    Crossing const i = family(res, mech, bi, f.r, [k](PlyStress const& s, int& mode) {
+        mode = iffMode(k, s);
+        return loadQuad(k + kQ + 8 * (mode - kModeA));
+    });
+    return rating(i.r < f.r ? i : f);
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ char const* const kModes[] = {
     "fibre-tension", "fibre-compression", "matrix-tension", "matrix-compression", "shear", nullptr};
 char const* const kNoExtras[] = {nullptr};
 
-enum { kXt, kXc, kYt, kYc, kS };
+// kQ: the quadratics of the four sign branches, s1 >= 0 and s2 >= 0 first.
+enum { kXt, kXc, kYt, kYc, kS, kQ };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
 {
@@ -27,16 +28,19 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     k[kYt] = ply.Yt;
     k[kYc] = ply.Yc;
     k[kS] = ply.S12;
+    for (int i = 0; i < 4; i++) {
+        double const X = i < 2 ? ply.Xt : ply.Xc, Y = i % 2 == 0 ? ply.Yt : ply.Yc;
+        double const x2 = 1.0 / (X * X);
+        storeQuad(k + kQ + 8 * i,
+                  Quad{x2, 1.0 / (Y * Y), 1.0 / (ply.S12 * ply.S12), -0.5 * x2, 0, 0, 0, 0});
+    }
     return Verdict::Ok;
 }
 
 // The quadratic of the sign branch that holds at s.
 Quad branch(double const* k, PlyStress const& s)
 {
-    double const X = s.s1 >= 0.0 ? k[kXt] : k[kXc];
-    double const Y = s.s2 >= 0.0 ? k[kYt] : k[kYc];
-    double const x2 = 1.0 / (X * X);
-    return Quad{x2, 1.0 / (Y * Y), 1.0 / (k[kS] * k[kS]), -0.5 * x2, 0, 0, 0, 0};
+    return loadQuad(k + kQ + 8 * ((s.s1 >= 0.0 ? 0 : 2) + (s.s2 >= 0.0 ? 0 : 1)));
 }
 
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
@@ -53,8 +57,14 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     b.add(res.s1, mech.s1);
     b.add(res.s2, mech.s2);
     b.finish();
-    auto select = [k](PlyStress const& s, Branch& br) { br.add(branch(k, s), -1); };
-    return finish(p, res, mech, quadPieces(res, mech, b, select));
+    auto select = [k](PlyStress const& s, int& mode) {
+        mode = -1;
+        return branch(k, s);
+    };
+    Crossing c = family(res, mech, b, kInf, select);
+    if (c.r < kInf)
+        c.mode = dominantStress(along(res, mech, c.r), k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    return rating(c);
 }
 
 }  // namespace

@@ -57,7 +57,11 @@ Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
 
 Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
 {
-    return finish(p, res, mech, Crossing{quadCrossing(quad(p.k), res, mech, 0.0, kInf), -1});
+    double const* k = p.k;
+    Crossing c{quadCrossing(quad(k), res, mech, 0.0, kInf), -1};
+    if (c.r < kInf)
+        c.mode = dominantStress(along(res, mech, c.r), k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    return rating(c);
 }
 
 }  // namespace

@@ -57,9 +57,18 @@ Rating rate(char const* name, CriterionPly const& ply, PlyStress res, PlyStress 
     return analysis::rate(p, res, mech);
 }
 
+// The index at the failure state of a rating.
+double indexAt(char const* name, CriterionPly const& ply, PlyStress res, PlyStress mech,
+               Rating const& r)
+{
+    PreparedCriterion p;
+    analysis::prepare(criterion(name), ply, nullptr, p);
+    return analysis::assess(p, analysis::failureState(res, mech, r)).index;
+}
+
 std::string mode(char const* name, Rating const& r)
 {
-    return r.at.mode >= 0 ? criterion(name).modes[r.at.mode] : "-";
+    return r.mode >= 0 ? criterion(name).modes[r.mode] : "-";
 }
 
 }  // namespace
@@ -109,7 +118,7 @@ TEST(CriterionUniaxial, ReserveFactorIsStrengthOverStress)
             Rating const r = rate(name, ply, {0, 0, 0}, c.mech);
             EXPECT_EQ(r.verdict, Verdict::Ok) << name;
             EXPECT_NEAR(r.rf, c.strength / stress, 1e-12 * r.rf) << name << " " << c.word;
-            EXPECT_NEAR(r.at.index, 1.0, 1e-12) << name << " " << c.word;
+            EXPECT_NEAR(indexAt(name, ply, {0, 0, 0}, c.mech, r), 1.0, 1e-12) << name;
             if (std::strncmp(name, "max", 3) == 0) {
                 EXPECT_EQ(mode(name, r), c.word) << name;
             }
@@ -143,13 +152,15 @@ TEST(CriterionResidual, ResidualStateSetsTheStartOfThePath)
         Rating r = rate(name, ply, {0, 400, 0}, {100, 0, 0});
         EXPECT_EQ(r.verdict, Verdict::Residual) << name;
         EXPECT_EQ(r.rf, 0.0) << name;
-        EXPECT_GE(r.at.index, 1.0) << name;
+        EXPECT_GE(indexAt(name, ply, {0, 400, 0}, {100, 0, 0}, r), 1.0) << name;
+        EXPECT_EQ(mode(name, r), std::strcmp(name, "puck") ? "matrix-tension" : "IFF-A");
         EXPECT_STREQ(analysis::verdictWord(r.verdict), "residual");
 
         r = rate(name, ply, {0, 20, 0}, {0, 0, 0});
         EXPECT_EQ(r.verdict, Verdict::Never) << name;
         EXPECT_EQ(r.rf, kInf) << name;
-        EXPECT_LT(r.at.index, 1.0) << name;
+        EXPECT_EQ(r.mode, -1) << name;
+        EXPECT_LT(indexAt(name, ply, {0, 20, 0}, {0, 0, 0}, r), 1.0) << name;
     }
     // Max stress: a residual transverse tension of 30 leaves 73 - 30 to the
     // load; a residual compression of 30 adds 30 to it.
@@ -306,7 +317,7 @@ TEST(CriterionRandomPaths, ReserveFactorMatchesBisection)
             EXPECT_EQ(r.verdict, Verdict::Ok);
             EXPECT_NEAR(r.rf, ref, 1e-9 * ref) << run.name << " trial " << trial;
             rated++;
-            hist[r.at.mode]++;
+            hist[r.mode]++;
         }
         EXPECT_GT(rated, 200) << run.name;
         // Every mode has been the first to fail on some path.
