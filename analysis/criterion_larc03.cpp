@@ -45,8 +45,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <boost/math/tools/minima.hpp>
-
 #include "laminate/analysis/criterion_path.h"
 
 namespace analysis {
@@ -59,8 +57,7 @@ const double kPi = 3.14159265358979323846;
 const double kDegree = kPi / 180.0;
 const double kThinPlyMm = 0.7;
 const double kPhiLimit = kPi / 4.0;
-const int kAngleBits = 26;  // fracture-plane search: sin(alpha) to ~1.5e-8
-const double kAngleTolerance = 1e-8;
+const double kAngleTolerance = 1e-7;
 const double kWarmStep = 1.0 / 32;  // bracket around a nearby state's plane
 
 char const* const kModes[] = {
@@ -70,7 +67,28 @@ char const* const kModes[] = {
 char const* const kExtras[] = {"alpha", "phi", nullptr};
 
 enum { kModeMT, kModeMC, kModeMCm, kModeFT, kModeFK, kModeFS };
-enum { kXt, kXc, kYt, kYc, kS, kG12, kYtIs, kSLis, kG, kST, kEtaT, kEtaL, kK0 };
+// kInvST, kInvSL: 1/ST and 1/SLis; kMT: the matrix tension quadratic; kMCup:
+// a quadratic above the matrix compression index, (s2/(2 ST))^2 +
+// (t12/SLis)^2 (each effective shear stress is at most its traction).
+enum {
+    kXt,
+    kXc,
+    kYt,
+    kYc,
+    kS,
+    kG12,
+    kYtIs,
+    kSLis,
+    kG,
+    kST,
+    kEtaT,
+    kEtaL,
+    kK0,
+    kInvST,
+    kInvSL,
+    kMT,
+    kMCup = kMT + 8
+};
 
 bool positive(double v)
 {
@@ -144,6 +162,11 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     k[kEtaT] = c.etaT;
     k[kEtaL] = c.etaL;
     k[kK0] = (ply.G12 - ply.Xc) * c.phiC;
+    k[kInvST] = 1.0 / c.ST;
+    k[kInvSL] = 1.0 / c.SLis;
+    double const y = 1.0 / c.YtIs, sl = k[kInvSL], st = 0.5 * k[kInvST];
+    storeQuad(k + kMT, Quad{0, c.g * y * y, sl * sl, 0, 0, (1.0 - c.g) * y, 0, 0});
+    storeQuad(k + kMCup, Quad{0, st * st, sl * sl, 0, 0, 0, 0, 0});
     return Verdict::Ok;
 }
 
@@ -157,89 +180,160 @@ double matrixTension(double const* k, double s2, double t12)
 double plane(double const* k, double s2, double at, double sa)
 {
     double const ca = std::sqrt(std::max(0.0, 1.0 - sa * sa));
-    double const R = std::sqrt(s2 * s2 * sa * sa + at * at);
+    double const R2 = s2 * s2 * sa * sa + at * at;
     double cth = 1.0, sth = 0.0;
-    if (R > 0.0) {
-        cth = std::fabs(s2) * sa / R;
-        sth = (s2 < 0.0 ? at : -at) / R;
+    if (R2 > 0.0) {
+        double const iR = 1.0 / std::sqrt(R2);
+        cth = std::fabs(s2) * sa * iR;
+        sth = (s2 < 0.0 ? at : -at) * iR;
     }
-    double const tT = std::max(0.0, -s2 * ca * (sa - k[kEtaT] * ca * cth)) / k[kST];
-    double const tL = std::max(0.0, ca * (at + k[kEtaL] * s2 * ca * sth)) / k[kSLis];
+    double const tT = std::max(0.0, -s2 * ca * (sa - k[kEtaT] * ca * cth)) * k[kInvST];
+    double const tL = std::max(0.0, ca * (at + k[kEtaL] * s2 * ca * sth)) * k[kInvSL];
     return tT * tT + tL * tL;
 }
 
 // The largest value of f on [a, b], unimodal there, given x inside with
-// f(x) >= f(a) and f(x) >= f(b): parabolic steps through the best three
-// points, golden-section steps where a parabola moves too little or too far
-// (the safeguards of Brent's method).  x becomes the maximiser.
+// f(x) >= f(a) and f(x) >= f(b): Brent's method (parabolic steps through the
+// best three points, golden-section steps where a parabola does not help),
+// started from x.  x becomes the maximiser, to kAngleTolerance.
 template <class F>
-double refineMaximum(F const& f, double a, double fa, double b, double fb, double& x, double fx)
+double refineMaximum(F const& f, double a, double b, double& x, double fx)
 {
     const double kGolden = 0.3819660112501051;
-    double stepBefore = b - a, step = b - a;
-    for (int i = 0; i < 100 && b - a > 2.0 * kAngleTolerance; i++) {
-        double const p = (x - a) * (fx - fb), q = (x - b) * (fx - fa);
-        double const num = (x - a) * p - (x - b) * q, den = 2.0 * (p - q);
-        double u = den != 0.0 ? x - num / den : a;
-        if (!(u > a && u < b) || std::fabs(u - x) > 0.5 * stepBefore)
-            u = x - a > b - x ? x - kGolden * (x - a) : x + kGolden * (b - x);
-        else if (std::fabs(u - x) < kAngleTolerance)
-            break;  // the parabola's top is x itself
-        stepBefore = step;
-        step = std::fabs(u - x);
+    double w = x, v = x, fw = fx, fv = fx;  // the second and third best points
+    double d = 0.0, e = 0.0;                // the last step and the one before
+    for (int i = 0; i < 100; i++) {
+        double const m = 0.5 * (a + b), tol = kAngleTolerance;
+        if (std::fabs(x - m) <= 2.0 * tol - 0.5 * (b - a)) break;
+        bool golden = true;
+        if (std::fabs(e) > tol) {
+            // The top of the parabola through x, w and v.
+            double r = (x - w) * (fx - fv), q = (x - v) * (fx - fw);
+            double p = (x - v) * q - (x - w) * r;
+            q = 2.0 * (q - r);
+            if (q > 0.0)
+                p = -p;
+            else
+                q = -q;
+            double const before = e;
+            e = d;
+            if (std::fabs(p) < std::fabs(0.5 * q * before) && p > q * (a - x) && p < q * (b - x)) {
+                d = p / q;
+                double const u = x + d;
+                if (u - a < 2.0 * tol || b - u < 2.0 * tol) d = x < m ? tol : -tol;
+                golden = false;
+            }
+        }
+        if (golden) {
+            e = x >= m ? a - x : b - x;
+            d = kGolden * e;
+        }
+        double const u = x + (std::fabs(d) >= tol ? d : d > 0.0 ? tol : -tol);
         double const fu = f(u);
         if (fu >= fx) {
-            if (u < x) {
-                b = x;
-                fb = fx;
-            } else {
-                a = x;
-                fa = fx;
-            }
+            (u >= x ? a : b) = x;
+            v = w;
+            fv = fw;
+            w = x;
+            fw = fx;
             x = u;
             fx = fu;
-        } else if (u < x) {
-            a = u;
-            fa = fu;
         } else {
-            b = u;
-            fb = fu;
+            (u < x ? a : b) = u;
+            if (fu >= fw || w == x) {
+                v = w;
+                fv = fw;
+                w = u;
+                fw = fu;
+            } else if (fu >= fv || v == x || v == w) {
+                v = u;
+                fv = fu;
+            }
         }
     }
     return fx;
 }
+
+// Where the last search found the largest plane index: sin(alpha), or -1
+// before any; and the width of the bracket to try around it next, from how
+// far the plane moved last time.
+struct PlaneGuess {
+    double sa = -1.0;
+    double span = kWarmStep;
+};
+
+double matrixCompression(double const* k, double s2, double t12, PlaneGuess& guess);
 
 // The matrix compression index: the largest over the fracture planes.  sa:
 // on entry sin(alpha) of a plane near the largest (from a nearby state), or
 // -1; on return the largest's.
 double matrixCompression(double const* k, double s2, double t12, double& sa)
 {
+    PlaneGuess g;
+    g.sa = sa;
+    double const best = matrixCompression(k, s2, t12, g);
+    sa = g.sa;
+    return best;
+}
+
+double matrixCompression(double const* k, double s2, double t12, PlaneGuess& guess)
+{
     double const at = std::fabs(t12);
     auto f = [k, s2, at](double x) { return plane(k, s2, at, x); };
     double const edge = f(0.0);
-    if (sa >= 0.0) {
-        // Bracket the largest near the given plane.
-        double const a = std::max(0.0, sa - kWarmStep), b = std::min(1.0, sa + kWarmStep);
-        double const fa = a == 0.0 ? edge : f(a), fx = f(sa), fb = f(b);
-        if (a < sa && sa < b && fx > fa && fx > fb) {
-            double const best = refineMaximum(f, a, fa, b, fb, sa, fx);
-            if (edge < best) return best;
-            sa = 0.0;
-            return edge;
-        }
-    }
-    auto negative = [&f](double x) { return -f(x); };
-    std::uintmax_t iterations = 100;
-    std::pair<double, double> const m =
-        boost::math::tools::brent_find_minima(negative, 0.0, 1.0, kAngleBits, iterations);
-    sa = m.first;
-    // The largest may sit on the plane alpha = 0, which the search only
-    // approaches.
-    if (edge >= -m.second) {
+    double& sa = guess.sa;
+    double const was = sa;
+    // Brent's search of [a, b] from its middle; the plane alpha = 0, which
+    // the search only approaches, counted as well.
+    auto search = [&f, &sa, edge](double a, double b) {
+        sa = 0.5 * (a + b);
+        double const best = refineMaximum(f, a, b, sa, f(sa));
+        if (best > edge) return best;
         sa = 0.0;
         return edge;
+    };
+    if (sa >= 0.0) {
+        // Near the given plane: a bracket whose middle rises above both ends
+        // holds the largest (the index is unimodal in the plane angle), and
+        // so does [0, span] when the search finds a value above 0 short of
+        // its far end.
+        double const a = std::max(0.0, sa - guess.span), b = std::min(1.0, sa + guess.span);
+        double best = -1.0;
+        if (sa == 0.0) {
+            best = search(0.0, b);
+            if (best == 0.0 || sa > b - 2.0 * kAngleTolerance) best = -1.0;
+        } else if (sa < b) {
+            double const fa = a == 0.0 ? edge : f(a), fx = f(sa), fb = f(b);
+            if (fx > fa && fx > fb) {
+                best = refineMaximum(f, a, b, sa, fx);
+                if (edge >= best) {
+                    best = edge;
+                    sa = 0.0;
+                }
+            }
+        }
+        if (best >= 0.0) {
+            guess.span =
+                std::min(kWarmStep, std::max(100.0 * kAngleTolerance, 4.0 * std::fabs(sa - was)));
+            return best;
+        }
     }
-    return -m.second;
+    guess.span = kWarmStep;
+    // Cold: the planes at sin(alpha) = 0, 1/4, 1/2 and 3/4 (the plane at 90
+    // degrees carries nothing), then around the best of them.
+    double const grid[5] = {0.0, 0.25, 0.5, 0.75, 1.0};
+    double v[5] = {edge, f(0.25), f(0.5), f(0.75), 0.0};
+    int i = 0;
+    for (int n = 1; n < 4; n++)
+        if (v[n] > v[i]) i = n;
+    if (i == 0 && edge > 0.0) return search(0.0, grid[1]);
+    if (i > 0 && v[i] > v[i + 1]) {
+        sa = grid[i];
+        return refineMaximum(f, grid[i - 1], grid[i + 1], sa, v[i]);
+    }
+    // A tie between samples (the index is 0 on a stretch of planes): search
+    // the whole range.
+    return search(0.0, 1.0);
 }
 
 // The same with the plane's angle in degrees into alpha.
@@ -324,22 +418,27 @@ Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
     return a;
 }
 
-// The index of one numeric mode along the path.
+// One numeric mode along the path, on a scale that is close to linear in
+// the stresses: the square root of the quadratic indices (matrix
+// compression, splitting), the kinking index itself.  Both reach 1 where the
+// index does, and where kinking turns into splitting (s2m = 0) the two are
+// equal.
 struct ModeAlong {
     double const* k;
     PlyStress const* res;
     PlyStress const* mech;
     int mode;
-    mutable double sa = -1.0;  // the fracture plane of the last state
+    mutable PlaneGuess guess;  // from the last state
 
     double operator()(double r) const
     {
         PlyStress const s = along(*res, *mech, r);
-        if (mode == kModeMC) return matrixCompression(k, s.s2, s.t12, sa);
+        if (mode == kModeMC) return std::sqrt(matrixCompression(k, s.s2, s.t12, guess));
         Misalignment const m = misaligned(k, s);
-        if (mode == kModeMCm) return matrixCompression(k, m.s2m, m.t12m, sa);
+        if (mode == kModeMCm) return std::sqrt(matrixCompression(k, m.s2m, m.t12m, guess));
         int which;
-        return fibreCompression(k, m, which);
+        double const f = fibreCompression(k, m, which);
+        return which == kModeFK ? f : std::sqrt(f);
     }
 };
 
@@ -377,11 +476,7 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
         auto offer = [&best](double r, int mode) {
             if (r < best.r) best = Crossing{r, mode};
         };
-        if (in.s2 >= 0.0) {
-            double const y = 1.0 / k[kYtIs], sl = 1.0 / k[kSLis];
-            Quad const mt{0, k[kG] * y * y, sl * sl, 0, 0, (1.0 - k[kG]) * y, 0, 0};
-            offer(quadCrossing(mt, res, mech, lo, hi), kModeMT);
-        }
+        if (in.s2 >= 0.0) offer(quadCrossing(loadQuad(k + kMT), res, mech, lo, hi), kModeMT);
         if (in.s1 >= 0.0)
             offer(quadCrossing(linear(1.0 / k[kXt], 0.0, 0.0), res, mech, lo, hi), kModeFT);
 
@@ -390,23 +485,30 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 
         auto numeric = [&](int mode) {
             double const top = std::min(hi, best.r);
-            ModeAlong const g{k, &res, &mech, mode};
+            ModeAlong const g{k, &res, &mech, mode, PlaneGuess()};
             if (mode == kModeMC && noResidual && lo == 0.0) {
-                // Degree 2 in the stresses: the crossing is direct.
+                // Degree 1 on its scale: the crossing is direct.
                 double const f = g(1.0);
                 if (f > 0.0) {
-                    double const r = 1.0 / std::sqrt(f);
+                    double const r = 1.0 / f;
                     if (r <= top) offer(r, mode);
                 }
                 return;
             }
-            offer(numericCrossing(g, lo, top, g(lo), step, far), mode);
+            // Matrix compression crosses 1 once on a piece; the modes of the
+            // turning misalignment frame may fall back below 1 after a crossing,
+            // so their bracket is walked from the piece's start.
+            bool const walk = mode != kModeMC;
+            offer(numericCrossing(g, lo, top, g(lo), walk ? step / 8.0 : step, far, walk), mode);
         };
-        if (in.s2 < 0.0 && in.s1 >= -k[kYc]) numeric(kModeMC);
-        if (valid) {
-            numeric(kModeFK);
-            if (in.s2 < 0.0 && in.s1 < -k[kYc]) numeric(kModeMCm);
-        }
+        // The cheap fibre mode first: the others need only be searched up
+        // to its crossing.  Matrix compression is skipped where the
+        // quadratic above it stays below 1.
+        if (valid) numeric(kModeFK);
+        if (in.s2 < 0.0 && in.s1 >= -k[kYc] &&
+            quadCrossing(loadQuad(k + kMCup), res, mech, lo, std::min(hi, best.r)) < kInf)
+            numeric(kModeMC);
+        if (valid && in.s2 < 0.0 && in.s1 < -k[kYc]) numeric(kModeMCm);
         if (best.r < kInf) {
             if (best.mode == kModeFK) {
                 // Kinking or splitting: the side of s2m = 0 at the crossing.

@@ -189,25 +189,30 @@ Crossing family(PlyStress const& res, PlyStress const& mech, Breaks const& break
 // searches.
 double stressRatio(PlyStress const& s, double Xt, double Xc, double Yt, double Yc, double S);
 
-// The first r in [lo, hi] (hi may be +inf) at which g(r) >= 1, for a g that
-// is continuous on the piece and crosses 1 at most once upwards there, with
-// glo = g(lo).  A bounded piece is bracketed by its ends; an unbounded one by
-// doubling the step from lo, starting at step, until g reaches 1 or r passes
-// far (then +inf).  The bracket is refined with TOMS 748 to ~1e-14 relative.
+// The first r in [lo, hi] (hi may be +inf) at which g(r) >= 1, with glo =
+// g(lo) and g continuous on the piece.  walk false: g crosses 1 at most once
+// upwards on the piece, which a bounded piece's ends then bracket.  walk
+// true, or an unbounded piece: the bracket is found by steps from lo,
+// starting at step and doubling, up to hi or, on an unbounded piece, until r
+// passes far (then +inf); g may then leave 1 again, as long as it does not
+// rise above 1 and fall back within one step.  The bracket is refined with
+// TOMS 748 to ~1e-12 relative.
 template <class G>
-double numericCrossing(G const& g, double lo, double hi, double glo, double step, double far)
+double numericCrossing(G const& g, double lo, double hi, double glo, double step, double far,
+                       bool walk)
 {
     if (glo >= 1.0) return lo;
     double a = lo, ga = glo, b = hi, gb;
-    if (hi < kInf) {
+    if (hi < kInf && !walk) {
         gb = g(hi);
         if (!(gb >= 1.0)) return kInf;
     } else {
         for (;;) {
-            b = a + step;
+            b = std::min(a + step, hi);
             if (b > far) return kInf;
             gb = g(b);
             if (gb >= 1.0) break;
+            if (b == hi) return kInf;
             a = b;
             ga = gb;
             step *= 2.0;
@@ -216,7 +221,7 @@ double numericCrossing(G const& g, double lo, double hi, double glo, double step
     auto excess = [&g](double r) { return g(r) - 1.0; };
     std::uintmax_t iterations = 80;
     std::pair<double, double> const root = boost::math::tools::toms748_solve(
-        excess, a, b, ga - 1.0, gb - 1.0, boost::math::tools::eps_tolerance<double>(48),
+        excess, a, b, ga - 1.0, gb - 1.0, boost::math::tools::eps_tolerance<double>(42),
         iterations);
     return 0.5 * (root.first + root.second);
 }
