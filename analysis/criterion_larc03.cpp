@@ -57,7 +57,7 @@ const double kPi = 3.14159265358979323846;
 const double kDegree = kPi / 180.0;
 const double kThinPlyMm = 0.7;
 const double kPhiLimit = kPi / 4.0;
-const double kAngleTolerance = 1e-7;
+const double kAngleTolerance = 1e-6;
 const double kWarmStep = 1.0 / 32;  // bracket around a nearby state's plane
 
 char const* const kModes[] = {
@@ -195,13 +195,23 @@ double plane(double const* k, double s2, double at, double sa)
 // The largest value of f on [a, b], unimodal there, given x inside with
 // f(x) >= f(a) and f(x) >= f(b): Brent's method (parabolic steps through the
 // best three points, golden-section steps where a parabola does not help),
-// started from x.  x becomes the maximiser, to kAngleTolerance.
+// started from x, and from the ends' values fa and fb where they are known
+// (the first step is then a parabola's).  x becomes the maximiser, to
+// kAngleTolerance.
 template <class F>
-double refineMaximum(F const& f, double a, double b, double& x, double fx)
+double refineMaximum(F const& f, double a, double b, double& x, double fx, double fa = -1.0,
+                     double fb = -1.0)
 {
     const double kGolden = 0.3819660112501051;
     double w = x, v = x, fw = fx, fv = fx;  // the second and third best points
     double d = 0.0, e = 0.0;                // the last step and the one before
+    if (fa >= 0.0 && fb >= 0.0) {
+        w = fa >= fb ? a : b;
+        fw = std::max(fa, fb);
+        v = fa >= fb ? b : a;
+        fv = std::min(fa, fb);
+        e = d = b - a;
+    }
     for (int i = 0; i < 100; i++) {
         double const m = 0.5 * (a + b), tol = kAngleTolerance;
         if (std::fabs(x - m) <= 2.0 * tol - 0.5 * (b - a)) break;
@@ -283,6 +293,21 @@ double matrixCompression(double const* k, double s2, double t12, PlaneGuess& gue
     double const edge = f(0.0);
     double& sa = guess.sa;
     double const was = sa;
+    if (s2 < 0.0 && at > 0.0) {
+        // Near alpha = 0 the index is edge + Q sin^2(alpha) + ..., so Q < 0
+        // puts the largest at alpha = 0 (the index being unimodal there).
+        double const sg = -s2, u = sg / at;
+        double const gT = std::max(0.0, 1.0 - k[kEtaT] * u) * sg * k[kInvST];
+        double const g0 = 1.0 - k[kEtaL] * u;
+        double const L = at * k[kInvSL];
+        double const Q =
+            gT * gT + (g0 > 0.0 ? L * L * g0 * (k[kEtaL] * u * (1.0 + u * u) - g0) : 0.0);
+        if (Q < 0.0) {
+            sa = 0.0;
+            guess.span = kWarmStep;
+            return edge;
+        }
+    }
     // Brent's search of [a, b] from its middle; the plane alpha = 0, which
     // the search only approaches, counted as well.
     auto search = [&f, &sa, edge](double a, double b) {
@@ -305,7 +330,7 @@ double matrixCompression(double const* k, double s2, double t12, PlaneGuess& gue
         } else if (sa < b) {
             double const fa = a == 0.0 ? edge : f(a), fx = f(sa), fb = f(b);
             if (fx > fa && fx > fb) {
-                best = refineMaximum(f, a, b, sa, fx);
+                best = refineMaximum(f, a, b, sa, fx, fa, fb);
                 if (edge >= best) {
                     best = edge;
                     sa = 0.0;
@@ -329,7 +354,7 @@ double matrixCompression(double const* k, double s2, double t12, PlaneGuess& gue
     if (i == 0 && edge > 0.0) return search(0.0, grid[1]);
     if (i > 0 && v[i] > v[i + 1]) {
         sa = grid[i];
-        return refineMaximum(f, grid[i - 1], grid[i + 1], sa, v[i]);
+        return refineMaximum(f, grid[i - 1], grid[i + 1], sa, v[i], v[i - 1], v[i + 1]);
     }
     // A tie between samples (the index is 0 on a stretch of planes): search
     // the whole range.
@@ -428,14 +453,14 @@ struct ModeAlong {
     PlyStress const* res;
     PlyStress const* mech;
     int mode;
-    mutable PlaneGuess guess;  // from the last state
+    PlaneGuess* guess;  // from the last state searched, not owned
 
     double operator()(double r) const
     {
         PlyStress const s = along(*res, *mech, r);
-        if (mode == kModeMC) return std::sqrt(matrixCompression(k, s.s2, s.t12, guess));
+        if (mode == kModeMC) return std::sqrt(matrixCompression(k, s.s2, s.t12, *guess));
         Misalignment const m = misaligned(k, s);
-        if (mode == kModeMCm) return std::sqrt(matrixCompression(k, m.s2m, m.t12m, guess));
+        if (mode == kModeMCm) return std::sqrt(matrixCompression(k, m.s2m, m.t12m, *guess));
         int which;
         double const f = fibreCompression(k, m, which);
         return which == kModeFK ? f : std::sqrt(f);
@@ -457,6 +482,9 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     double const far = 1e6 * (1.0 + stressRatio(res, k[kXt], k[kXc], k[kYt], k[kYc], k[kS])) * step;
     bool const noResidual = res.s1 == 0.0 && res.s2 == 0.0 && res.t12 == 0.0;
 
+    // The fracture planes found last, carried from piece to piece: the state
+    // is continuous across a piece's end.
+    PlaneGuess planeMC, planeMCm;
     Breaks b;
     b.add(res.s1, mech.s1);
     b.add(res.s1 + k[kYc], mech.s1);
@@ -485,7 +513,7 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 
         auto numeric = [&](int mode) {
             double const top = std::min(hi, best.r);
-            ModeAlong const g{k, &res, &mech, mode, PlaneGuess()};
+            ModeAlong const g{k, &res, &mech, mode, mode == kModeMC ? &planeMC : &planeMCm};
             if (mode == kModeMC && noResidual && lo == 0.0) {
                 // Degree 1 on its scale: the crossing is direct.
                 double const f = g(1.0);
@@ -499,7 +527,7 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
             // turning misalignment frame may fall back below 1 after a crossing,
             // so their bracket is walked from the piece's start.
             bool const walk = mode != kModeMC;
-            offer(numericCrossing(g, lo, top, g(lo), walk ? step / 8.0 : step, far, walk), mode);
+            offer(numericCrossing(g, lo, top, g(lo), walk ? step / 2.0 : step, far, walk), mode);
         };
         // The cheap fibre mode first: the others need only be searched up
         // to its crossing.  Matrix compression is skipped where the
