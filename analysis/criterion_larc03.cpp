@@ -34,12 +34,15 @@
 // The misalignment model holds while the angle stays below 45 degrees: a
 // compressed ply whose fibres would turn further counts as kinked there.
 //
-// Along a load path, matrix and fibre tension are solved in closed form; the
-// other modes, continuous between the points at which s1, s1 + Yc, s2 or
-// t12 change sign or phi reaches 45 degrees, are bracketed by those points
-// and refined with TOMS 748.  Where the kinking and splitting indices meet
-// (s2m = 0) they are both below 1 or both at least 1, so that switch needs
-// no bracket of its own.
+// Along a load path, matrix and fibre tension are solved in closed form.  The
+// other modes are continuous between the points at which s1, s1 + Yc, s2 or
+// t12 change sign or phi reaches 45 degrees.  Matrix compression crosses 1
+// at most once on such a piece, so its ends bracket the crossing; the modes
+// of the misalignment frame, which turns with the load, may fall back below
+// 1, so their bracket is walked from the piece's start.  Each bracket is
+// refined with TOMS 748.  Where the kinking and splitting indices meet
+// (s2m = 0) they are both below 1 or both at least 1, so that switch needs no
+// bracket of its own.
 #include "laminate/analysis/criterion_larc03.h"
 
 #include <algorithm>
@@ -192,12 +195,11 @@ double plane(double const* k, double s2, double at, double sa)
     return tT * tT + tL * tL;
 }
 
-// The largest value of f on [a, b], unimodal there, given x inside with
-// f(x) >= f(a) and f(x) >= f(b): Brent's method (parabolic steps through the
-// best three points, golden-section steps where a parabola does not help),
-// started from x, and from the ends' values fa and fb where they are known
-// (the first step is then a parabola's).  x becomes the maximiser, to
-// kAngleTolerance.
+// The largest value of f on [a, b], where f is unimodal: Brent's method
+// (parabolic steps through the best three points, golden-section steps where
+// a parabola does not help), started from x inside with value fx, and from
+// the ends' values fa and fb where they are known (the first step is then a
+// parabola's).  x becomes the maximiser, to kAngleTolerance.
 template <class F>
 double refineMaximum(F const& f, double a, double b, double& x, double fx, double fa = -1.0,
                      double fb = -1.0)
@@ -272,20 +274,9 @@ struct PlaneGuess {
     double span = kWarmStep;
 };
 
-double matrixCompression(double const* k, double s2, double t12, PlaneGuess& guess);
-
-// The matrix compression index: the largest over the fracture planes.  sa:
-// on entry sin(alpha) of a plane near the largest (from a nearby state), or
-// -1; on return the largest's.
-double matrixCompression(double const* k, double s2, double t12, double& sa)
-{
-    PlaneGuess g;
-    g.sa = sa;
-    double const best = matrixCompression(k, s2, t12, g);
-    sa = g.sa;
-    return best;
-}
-
+// The matrix compression index: the largest over the fracture planes.
+// guess: where the search of a nearby state found the largest, or none; on
+// return where this one found it.
 double matrixCompression(double const* k, double s2, double t12, PlaneGuess& guess)
 {
     double const at = std::fabs(t12);
@@ -361,12 +352,12 @@ double matrixCompression(double const* k, double s2, double t12, PlaneGuess& gue
     return search(0.0, 1.0);
 }
 
-// The same with the plane's angle in degrees into alpha.
+// The same from no guess, with the plane's angle in degrees into alpha.
 double matrixCompression(double const* k, double s2, double t12, double* alpha)
 {
-    double sa = -1.0;
-    double const best = matrixCompression(k, s2, t12, sa);
-    *alpha = std::asin(std::min(1.0, sa)) / kDegree;
+    PlaneGuess guess;
+    double const best = matrixCompression(k, s2, t12, guess);
+    *alpha = std::asin(std::min(1.0, guess.sa)) / kDegree;
     return best;
 }
 

@@ -6,8 +6,8 @@
 // closed form: the breakpoints.  Between two breakpoints each criterion keeps
 // one branch, a quadratic in the stresses for most criteria, and its first
 // crossing of 1 there is a root of a quadratic in r.  A criterion without a
-// closed form on a piece is bracketed by the piece's ends and refined with
-// the TOMS 748 root finder.
+// closed form on a piece is bracketed there and refined with the TOMS 748
+// root finder.
 #ifndef LAMINATE_ANALYSIS_CRITERION_PATH_H
 #define LAMINATE_ANALYSIS_CRITERION_PATH_H
 
@@ -145,8 +145,8 @@ private:
     int n_;
 };
 
-// Where a criterion first reaches 1 and in which mode (-1: the criterion
-// has no modes; the mode of the failure state's assessment stands).
+// Where a criterion first reaches 1 and in which mode (-1 where it never
+// does).
 struct Crossing {
     double r;
     int mode;
