@@ -518,7 +518,9 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
             // turning misalignment frame may fall back below 1 after a crossing,
             // so their bracket is walked from the piece's start.
             bool const walk = mode != kModeMC;
-            offer(numericCrossing(g, lo, top, g(lo), walk ? step / 2.0 : step, far, walk), mode);
+            offer(
+                numericCrossing(IndexAlong(g), lo, top, g(lo), walk ? step / 2.0 : step, far, walk),
+                mode);
         };
         // The cheap fibre mode first: the others need only be searched up
         // to its crossing.  Matrix compression is skipped where the

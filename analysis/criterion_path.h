@@ -13,11 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
-#include <utility>
-
-#include <boost/math/tools/toms748_solve.hpp>
 
 #include "laminate/analysis/criterion.h"
 
@@ -185,6 +181,22 @@ Crossing family(PlyStress const& res, PlyStress const& mech, Breaks const& break
     return Crossing{kInf, -1};
 }
 
+// A function of the path factor r, passed by reference to any callable
+// double(double) without copying it; the callable must outlive it.
+class IndexAlong {
+public:
+    template <class G>
+    explicit IndexAlong(G const& g)
+        : obj_(&g), call_([](void const* o, double r) { return (*static_cast<G const*>(o))(r); })
+    {
+    }
+    double operator()(double r) const { return call_(obj_, r); }
+
+private:
+    void const* obj_;  // the callable, not owned
+    double (*call_)(void const*, double);
+};
+
 // Largest stress-to-strength ratio of a state: a scale for the numeric
 // searches.
 double stressRatio(PlyStress const& s, double Xt, double Xc, double Yt, double Yc, double S);
@@ -197,34 +209,8 @@ double stressRatio(PlyStress const& s, double Xt, double Xc, double Yt, double Y
 // passes far (then +inf); g may then leave 1 again, as long as it does not
 // rise above 1 and fall back within one step.  The bracket is refined with
 // TOMS 748 to ~1e-12 relative.
-template <class G>
-double numericCrossing(G const& g, double lo, double hi, double glo, double step, double far,
-                       bool walk)
-{
-    if (glo >= 1.0) return lo;
-    double a = lo, ga = glo, b = hi, gb;
-    if (hi < kInf && !walk) {
-        gb = g(hi);
-        if (!(gb >= 1.0)) return kInf;
-    } else {
-        for (;;) {
-            b = std::min(a + step, hi);
-            if (b > far) return kInf;
-            gb = g(b);
-            if (gb >= 1.0) break;
-            if (b == hi) return kInf;
-            a = b;
-            ga = gb;
-            step *= 2.0;
-        }
-    }
-    auto excess = [&g](double r) { return g(r) - 1.0; };
-    std::uintmax_t iterations = 80;
-    std::pair<double, double> const root = boost::math::tools::toms748_solve(
-        excess, a, b, ga - 1.0, gb - 1.0, boost::math::tools::eps_tolerance<double>(42),
-        iterations);
-    return 0.5 * (root.first + root.second);
-}
+double numericCrossing(IndexAlong const& g, double lo, double hi, double glo, double step,
+                       double far, bool walk);
 
 // The rating of a crossing: the verdict from its factor, and its mode.
 inline Rating rating(Crossing c)

@@ -255,7 +255,8 @@ Rating rateWeakened(PreparedCriterion const& p, PlyStress const& res, PlyStress 
             return iffExposure(k, s, mode) - ellipse(k, fibreExposure(k, s)) + 1.0;
         };
         double const top = std::min(hi, rFF);
-        double const rIFF = numericCrossing(excess, lo, top, excess(lo), step, far, false);
+        double const rIFF =
+            numericCrossing(IndexAlong(excess), lo, top, excess(lo), step, far, false);
         if (rIFF < kInf && rIFF <= rFF) return rating(Crossing{rIFF, mode});
         if (rFF < kInf) return rating(Crossing{rFF, in.s1 >= 0.0 ? kModeFFt : kModeFFc});
     }
