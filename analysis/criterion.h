@@ -92,7 +92,8 @@ struct CriterionPly {
 // path (RF = +inf); residual: the residual stresses alone reach it (RF = 0);
 // nostrength: a strength the criterion needs is not given; nodata: another
 // value it needs is missing or out of its range; nonfinite: a stress is not
-// finite; badparameter: a criterion parameter is out of its range.
+// finite (or beyond 1e100 in magnitude); badparameter: a criterion parameter
+// is out of its range.
 enum class Verdict { Ok, Never, Residual, NoStrength, NoData, NonFinite, BadParameter };
 char const* verdictWord(Verdict v);
 

@@ -35,11 +35,11 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     double const ST = ply.has(kGivenS23) ? ply.S23 : 0.5 * ply.Yc;
     k[kST] = ST;
     double const shear = 1.0 / (ply.S12 * ply.S12), c = ply.Yc / (2.0 * ST);
-    storeQuad(k + kQ, Quad{1.0 / (ply.Xt * ply.Xt), 0, shear, 0, 0, 0, 0, 0});
+    storeQuad(k + kQ, Quad{1.0 / (ply.Xt * ply.Xt), 0, shear, 0, 0, 0, 0, 1});
     storeQuad(k + kQ + 8, linear(-1.0 / ply.Xc, 0.0, 0.0));
-    storeQuad(k + kQ + 16, Quad{0, 1.0 / (ply.Yt * ply.Yt), shear, 0, 0, 0, 0, 0});
+    storeQuad(k + kQ + 16, Quad{0, 1.0 / (ply.Yt * ply.Yt), shear, 0, 0, 0, 0, 1});
     storeQuad(k + kQ + 24,
-              Quad{0, 1.0 / (4.0 * ST * ST), shear, 0, 0, (c * c - 1.0) / ply.Yc, 0, 0});
+              Quad{0, 1.0 / (4.0 * ST * ST), shear, 0, 0, (c * c - 1.0) / ply.Yc, 0, 1});
     return Verdict::Ok;
 }
 

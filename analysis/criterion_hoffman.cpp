@@ -38,7 +38,7 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
 
 Quad quad(double const* k)
 {
-    return Quad{k[kA11], k[kA22], k[kA66], k[kA12], k[kB1], k[kB2], 0, 0};
+    return Quad{k[kA11], k[kA22], k[kA66], k[kA12], k[kB1], k[kB2], 0, 1};
 }
 
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)

@@ -168,8 +168,8 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     k[kInvST] = 1.0 / c.ST;
     k[kInvSL] = 1.0 / c.SLis;
     double const y = 1.0 / c.YtIs, sl = k[kInvSL], st = 0.5 * k[kInvST];
-    storeQuad(k + kMT, Quad{0, c.g * y * y, sl * sl, 0, 0, (1.0 - c.g) * y, 0, 0});
-    storeQuad(k + kMCup, Quad{0, st * st, sl * sl, 0, 0, 0, 0, 0});
+    storeQuad(k + kMT, Quad{0, c.g * y * y, sl * sl, 0, 0, (1.0 - c.g) * y, 0, 1});
+    storeQuad(k + kMCup, Quad{0, st * st, sl * sl, 0, 0, 0, 0, 1});
     return Verdict::Ok;
 }
 
@@ -462,9 +462,10 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 {
     double const* k = p.k;
     double const ratio = stressRatio(mech, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
-    // The residual state itself, where it sits on a boundary between modes
-    // (elsewhere the first piece's modes are its own).
-    if (res.s1 == 0.0 || res.s1 == -k[kYc] || res.s2 == 0.0) {
+    // The residual state itself, where the path holds still or the state sits
+    // on a boundary between modes (elsewhere the first piece's modes are its
+    // own).
+    if (ratio == 0.0 || res.s1 == 0.0 || res.s1 == -k[kYc] || res.s2 == 0.0) {
         Assessment const start = assessState(p, res);
         if (start.index >= 1.0) return rating(Crossing{0.0, start.mode});
     }

@@ -27,15 +27,17 @@ inline PlyStress along(PlyStress const& res, PlyStress const& mech, double r)
     return PlyStress{res.s1 + r * mech.s1, res.s2 + r * mech.s2, res.t12 + r * mech.t12};
 }
 
-// A quadratic function of the stresses:
-//   a11 s1^2 + a22 s2^2 + a66 t12^2 + 2 a12 s1 s2 + b1 s1 + b2 s2 + b6 t12 + c0.
+// A branch of a criterion as a quadratic function of the stresses,
+//   a11 s1^2 + a22 s2^2 + a66 t12^2 + 2 a12 s1 s2 + b1 s1 + b2 s2 + b6 t12,
+// that fails where it reaches level (1 for most; Puck's mode C compares its
+// value with 0, so that small stresses are not lost against a constant).
 struct Quad {
-    double a11, a22, a66, a12, b1, b2, b6, c0;
+    double a11, a22, a66, a12, b1, b2, b6, level;
 
     double value(PlyStress const& s) const
     {
         return a11 * s.s1 * s.s1 + a22 * s.s2 * s.s2 + a66 * s.t12 * s.t12 +
-               2.0 * a12 * s.s1 * s.s2 + b1 * s.s1 + b2 * s.s2 + b6 * s.t12 + c0;
+               2.0 * a12 * s.s1 * s.s2 + b1 * s.s1 + b2 * s.s2 + b6 * s.t12;
     }
     // d/dr of value(s + r m) at r = 0.
     double slope(PlyStress const& s, PlyStress const& m) const
@@ -54,7 +56,7 @@ struct Quad {
 
 inline Quad linear(double b1, double b2, double b6)
 {
-    return Quad{0, 0, 0, 0, b1, b2, b6, 0};
+    return Quad{0, 0, 0, 0, b1, b2, b6, 1};
 }
 
 // The smallest t >= 0 at which a t^2 + b t + c reaches 0 from below: 0 when
@@ -63,9 +65,10 @@ inline Quad linear(double b1, double b2, double b6)
 inline double firstRoot(double a, double b, double c)
 {
     if (c == 0.0) {
-        // At 1 already: the crossing is here unless the function leaves 1
-        // downwards (a branch whose quadratic form meets 1 at a state where
-        // the criterion itself is 0/0, as Puck's mode C at s2 = t12 = 0).
+        // At its level already: the crossing is here unless the function
+        // leaves it downwards (a branch whose quadratic form meets its level
+        // where the criterion itself is 0/0, as Puck's mode C at
+        // s2 = t12 = 0).
         if (b > 0.0 || (b == 0.0 && a >= 0.0)) return 0.0;
         return a > 0.0 ? -b / a : kInf;
     }
@@ -80,18 +83,18 @@ inline double firstRoot(double a, double b, double c)
     return kInf;
 }
 
-// The first r in [lo, hi] (hi may be +inf) at which q(res + r mech) >= 1,
-// or +inf.
+// The first r in [lo, hi] (hi may be +inf) at which q(res + r mech) reaches
+// q.level, or +inf.
 inline double quadCrossing(Quad const& q, PlyStress const& res, PlyStress const& mech, double lo,
                            double hi)
 {
-    // Centred on lo: q(lo + t) - 1 = A t^2 + B t + C, with B and C taken
+    // Centred on lo: q(lo + t) - level = A t^2 + B t + C, with B and C taken
     // from the state at lo itself rather than expanded from r = 0.
     PlyStress const s = along(res, mech, lo);
-    double const A = q.curvature(mech), B = q.slope(s, mech), C = q.value(s) - 1.0;
+    double const A = q.curvature(mech), B = q.slope(s, mech), C = q.value(s) - q.level;
     double const T = hi - lo;
-    // A convex branch below 1 at both ends stays below 1 in between: no root
-    // to take.
+    // A convex branch below its level at both ends stays below it in
+    // between: no root to take.
     if (C < 0.0 && A >= 0.0 && T < kInf && (A * T + B) * T + C < 0.0) return kInf;
     double const t = firstRoot(A, B, C);
     if (t == kInf || t > T) return kInf;
@@ -151,7 +154,7 @@ struct Crossing {
 // A quadratic kept in 8 consecutive slots of a preparation.
 inline void storeQuad(double* k, Quad const& q)
 {
-    double const v[8] = {q.a11, q.a22, q.a66, q.a12, q.b1, q.b2, q.b6, q.c0};
+    double const v[8] = {q.a11, q.a22, q.a66, q.a12, q.b1, q.b2, q.b6, q.level};
     for (int i = 0; i < 8; i++) k[i] = v[i];
 }
 inline Quad loadQuad(double const* k)
@@ -172,7 +175,7 @@ Crossing family(PlyStress const& res, PlyStress const& mech, Breaks const& break
 {
     int mode;
     Quad q = select(res, mode);
-    if (q.value(res) >= 1.0) return Crossing{0.0, mode};
+    if (q.value(res) >= q.level) return Crossing{0.0, mode};
     for (int i = 0; i < breaks.pieces() && breaks.lo(i) < cap; i++) {
         q = select(along(res, mech, breaks.inside(i)), mode);
         double const r = quadCrossing(q, res, mech, breaks.lo(i), std::min(breaks.hi(i), cap));

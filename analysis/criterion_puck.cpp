@@ -96,19 +96,23 @@ bool puckConstants(CriterionPly const& ply, PuckConstants& out)
 
 namespace {
 
-// Each mode's condition f >= 1 as a quadratic q >= 1 (see the file head).
+// Each mode's condition f >= 1 as a quadratic reaching its level:
+//   A: (t12/S)^2 + ((1 - pT Yt/S)^2/Yt^2 - (pT/S)^2) s2^2 + 2 pT s2/S >= 1
+//      (squared: f = 1 where 1 - pT s2/S >= 0, which holds before f reaches 1)
+//   B: (t12/S)^2 + 2 pC s2/S >= 1 (squared; S - pC s2 > 0 for s2 < 0)
+//   C: (t12/(2 (1 + pPC) S))^2 + (s2/Yc)^2 + s2/Yc >= 0 (times -s2/Yc > 0)
 Quad iffQuad(double const* k, int mode)
 {
     double const S = k[kS], S2 = 1.0 / (S * S);
     switch (mode) {
         case kModeA: {
             double const a = k[kPT] / S;
-            return Quad{0, k[kAquad] - a * a, S2, 0, 0, 2.0 * a, 0, 0};
+            return Quad{0, k[kAquad] - a * a, S2, 0, 0, 2.0 * a, 0, 1};
         }
-        case kModeB: return Quad{0, 0, S2, 0, 0, 2.0 * k[kPC] / S, 0, 0};
+        case kModeB: return Quad{0, 0, S2, 0, 0, 2.0 * k[kPC] / S, 0, 1};
         default: {
             double const d = 2.0 * (1.0 + k[kPPC]) * S;
-            return Quad{0, 1.0 / (k[kYc] * k[kYc]), 1.0 / (d * d), 0, 0, 1.0 / k[kYc], 0, 1.0};
+            return Quad{0, 1.0 / (k[kYc] * k[kYc]), 1.0 / (d * d), 0, 0, 1.0 / k[kYc], 0, 0};
         }
     }
 }

@@ -32,7 +32,7 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
         double const X = i < 2 ? ply.Xt : ply.Xc, Y = i % 2 == 0 ? ply.Yt : ply.Yc;
         double const x2 = 1.0 / (X * X);
         storeQuad(k + kQ + 8 * i,
-                  Quad{x2, 1.0 / (Y * Y), 1.0 / (ply.S12 * ply.S12), -0.5 * x2, 0, 0, 0, 0});
+                  Quad{x2, 1.0 / (Y * Y), 1.0 / (ply.S12 * ply.S12), -0.5 * x2, 0, 0, 0, 1});
     }
     return Verdict::Ok;
 }

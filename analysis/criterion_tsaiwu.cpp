@@ -45,7 +45,7 @@ Verdict prepareCriterion(CriterionPly const& ply, double const* params, Prepared
 
 Quad quad(double const* k)
 {
-    return Quad{k[kF11], k[kF22], k[kF66], k[kF12], k[kF1], k[kF2], 0, 0};
+    return Quad{k[kF11], k[kF22], k[kF66], k[kF12], k[kF1], k[kF2], 0, 1};
 }
 
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)

@@ -325,3 +325,39 @@ TEST(CriterionRandomPaths, ReserveFactorMatchesBisection)
             EXPECT_GT(hist[m], 0) << run.name << " " << criterion(run.name).modes[m];
     }
 }
+
+// Stresses from 1e-30 to 1e90, exact zeros and both signs: every criterion
+// answers a factor that is 0, positive or +inf (never NaN) and a finite
+// index, without throwing.
+TEST(CriterionRandomPaths, ExtremeStressesGiveNumbers)
+{
+    std::mt19937 gen(5);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    auto stress = [&]() {
+        double const pick = u(gen);
+        if (pick < 0.15) return 0.0;
+        double const v = std::pow(10.0, -30.0 + 120.0 * u(gen));
+        return pick < 0.6 ? v : -v;
+    };
+    double const weak[] = {1, 0.5, 0.5};
+    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+        for (double const* params : {static_cast<double const*>(nullptr), weak}) {
+            if (params && std::strcmp((*c)->name, "puck") != 0) continue;
+            PreparedCriterion p;
+            ASSERT_EQ(analysis::prepare(**c, carbon(), params, p), Verdict::Ok);
+            for (int trial = 0; trial < 2000; trial++) {
+                PlyStress const res{stress(), stress(), stress()};
+                PlyStress const mech{stress(), stress(), stress()};
+                Rating const r = analysis::rate(p, res, mech);
+                EXPECT_TRUE(r.verdict == Verdict::Ok || r.verdict == Verdict::Never ||
+                            r.verdict == Verdict::Residual)
+                    << (*c)->name;
+                EXPECT_GE(r.rf, 0.0) << (*c)->name;
+                EXPECT_EQ(r.rf == 0.0, r.verdict == Verdict::Residual) << (*c)->name;
+                double const index = analysis::assess(p, res).index;
+                EXPECT_TRUE(std::isfinite(index)) << (*c)->name;
+                EXPECT_EQ(index >= 1.0, r.verdict == Verdict::Residual) << (*c)->name;
+            }
+        }
+    }
+}
