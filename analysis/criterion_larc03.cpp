@@ -369,6 +369,14 @@ struct Misalignment {
     bool stiff, valid;
 };
 
+// True where a compressed state lies inside the misalignment model (see
+// Misalignment::valid).
+bool inModel(double const* k, PlyStress const& s)
+{
+    double const D = k[kG12] + s.s1 - s.s2;
+    return D > 0.0 && (std::fabs(s.t12) + k[kK0]) / D < kPhiLimit;
+}
+
 Misalignment misaligned(double const* k, PlyStress const& s)
 {
     Misalignment m;
@@ -500,7 +508,7 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
         if (in.s1 >= 0.0)
             offer(quadCrossing(linear(1.0 / k[kXt], 0.0, 0.0), res, mech, lo, hi), kModeFT);
 
-        bool const valid = in.s1 < 0.0 && misaligned(k, in).valid;
+        bool const valid = in.s1 < 0.0 && inModel(k, in);
         if (in.s1 < 0.0 && !valid) offer(lo, kModeFK);  // beyond the misalignment model
 
         auto numeric = [&](int mode) {
