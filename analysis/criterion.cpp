@@ -30,14 +30,11 @@ char const* const kVerdictWords[] = {"ok",     "never",     "residual",    "nost
 // not finite.
 const double kLargestStress = 1e100;
 
-bool usable(double s)
-{
-    return std::isfinite(s) && std::fabs(s) <= kLargestStress;
-}
-
+// False for NaN and infinities as well.
 bool usable(PlyStress const& s)
 {
-    return usable(s.s1) && usable(s.s2) && usable(s.t12);
+    return std::fabs(s.s1) <= kLargestStress && std::fabs(s.s2) <= kLargestStress &&
+           std::fabs(s.t12) <= kLargestStress;
 }
 
 Assessment notAssessed(Verdict v)

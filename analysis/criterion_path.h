@@ -166,18 +166,19 @@ inline Quad loadQuad(double const* k)
 // fibre modes of a criterion, say, whose branch follows the sign of s1):
 // breaks holds the points where the family's branch may change, and
 // select(s, mode) gives the quadratic of the branch that holds at a state s
-// and sets its mode.  The residual state itself is checked with its own
-// branch first, which differs from the first piece's where one of its
-// stresses is exactly 0.
+// and sets its mode (distinct for distinct branches).  Where the residual
+// state's own branch differs from the first piece's (one of its stresses is
+// exactly 0), the residual state is checked with its own branch as well.
 template <class Select>
 Crossing family(PlyStress const& res, PlyStress const& mech, Breaks const& breaks, double cap,
                 Select const& select)
 {
-    int mode;
-    Quad q = select(res, mode);
-    if (q.value(res) >= q.level) return Crossing{0.0, mode};
+    int start;
+    Quad const first = select(res, start);
     for (int i = 0; i < breaks.pieces() && breaks.lo(i) < cap; i++) {
-        q = select(along(res, mech, breaks.inside(i)), mode);
+        int mode;
+        Quad const q = select(along(res, mech, breaks.inside(i)), mode);
+        if (i == 0 && mode != start && first.value(res) >= first.level) return Crossing{0.0, start};
         double const r = quadCrossing(q, res, mech, breaks.lo(i), std::min(breaks.hi(i), cap));
         if (r < kInf) return Crossing{r, mode};
     }
@@ -225,8 +226,17 @@ inline Rating rating(Crossing c)
 // The mode word position of the largest of |s1|/X, |s2|/Y, |t12|/S (X, Y
 // by the sign of the stress), in the order fibre-tension, fibre-compression,
 // matrix-tension, matrix-compression, shear: the dominant stress of a state
-// for the interactive criteria, which have no modes of their own.
-int dominantStress(PlyStress const& s, double Xt, double Xc, double Yt, double Yc, double S);
+// for the interactive criteria, which have no modes of their own.  inv holds
+// 1/Xt, 1/Xc, 1/Yt, 1/Yc and 1/S12.
+inline int dominantStress(PlyStress const& s, double const inv[5])
+{
+    double const r1 = s.s1 >= 0.0 ? s.s1 * inv[0] : -s.s1 * inv[1];
+    double const r2 = s.s2 >= 0.0 ? s.s2 * inv[2] : -s.s2 * inv[3];
+    double const r6 = std::fabs(s.t12) * inv[4];
+    if (r6 > r1 && r6 > r2) return 4;
+    if (r2 > r1) return s.s2 >= 0.0 ? 2 : 3;
+    return s.s1 >= 0.0 ? 0 : 1;
+}
 
 }  // namespace criterion_path
 }  // namespace analysis

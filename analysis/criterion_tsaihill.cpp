@@ -16,18 +16,16 @@ char const* const kModes[] = {
     "fibre-tension", "fibre-compression", "matrix-tension", "matrix-compression", "shear", nullptr};
 char const* const kNoExtras[] = {nullptr};
 
-// kQ: the quadratics of the four sign branches, s1 >= 0 and s2 >= 0 first.
-enum { kXt, kXc, kYt, kYc, kS, kQ };
+// kInv: 1/Xt, 1/Xc, 1/Yt, 1/Yc, 1/S12; kQ: the quadratics of the four sign
+// branches, s1 >= 0 and s2 >= 0 first.
+enum { kInv, kQ = kInv + 5 };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
 {
     if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
     double* k = out.k;
-    k[kXt] = ply.Xt;
-    k[kXc] = ply.Xc;
-    k[kYt] = ply.Yt;
-    k[kYc] = ply.Yc;
-    k[kS] = ply.S12;
+    double const strengths[5] = {ply.Xt, ply.Xc, ply.Yt, ply.Yc, ply.S12};
+    for (int i = 0; i < 5; i++) k[kInv + i] = 1.0 / strengths[i];
     for (int i = 0; i < 4; i++) {
         double const X = i < 2 ? ply.Xt : ply.Xc, Y = i % 2 == 0 ? ply.Yt : ply.Yc;
         double const x2 = 1.0 / (X * X);
@@ -37,16 +35,22 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
     return Verdict::Ok;
 }
 
+// The sign branch that holds at s, 0 to 3.
+int branchOf(PlyStress const& s)
+{
+    return (s.s1 >= 0.0 ? 0 : 2) + (s.s2 >= 0.0 ? 0 : 1);
+}
+
 // The quadratic of the sign branch that holds at s.
 Quad branch(double const* k, PlyStress const& s)
 {
-    return loadQuad(k + kQ + 8 * ((s.s1 >= 0.0 ? 0 : 2) + (s.s2 >= 0.0 ? 0 : 1)));
+    return loadQuad(k + kQ + 8 * branchOf(s));
 }
 
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
 {
     double const* k = p.k;
-    int const m = dominantStress(s, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    int const m = dominantStress(s, k + kInv);
     return Assessment{Verdict::Ok, branch(k, s).value(s), m, {0.0, 0.0}, 0u};
 }
 
@@ -58,12 +62,11 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     b.add(res.s2, mech.s2);
     b.finish();
     auto select = [k](PlyStress const& s, int& mode) {
-        mode = -1;
-        return branch(k, s);
+        mode = branchOf(s);  // the mode word comes from the failure state below
+        return loadQuad(k + kQ + 8 * mode);
     };
     Crossing c = family(res, mech, b, kInf, select);
-    if (c.r < kInf)
-        c.mode = dominantStress(along(res, mech, c.r), k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    if (c.r < kInf) c.mode = dominantStress(along(res, mech, c.r), k + kInv);
     return rating(c);
 }
 

@@ -23,17 +23,15 @@ char const* const kModes[] = {
 char const* const kNoExtras[] = {nullptr};
 CriterionParam const kParams[] = {{"f12star", -0.5, -1.0, 1.0}};
 
-enum { kXt, kXc, kYt, kYc, kS, kF11, kF22, kF66, kF12, kF1, kF2 };
+// kInv: 1/Xt, 1/Xc, 1/Yt, 1/Yc, 1/S12.
+enum { kInv, kF11 = kInv + 5, kF22, kF66, kF12, kF1, kF2 };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const* params, PreparedCriterion& out)
 {
     if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
     double* k = out.k;
-    k[kXt] = ply.Xt;
-    k[kXc] = ply.Xc;
-    k[kYt] = ply.Yt;
-    k[kYc] = ply.Yc;
-    k[kS] = ply.S12;
+    double const strengths[5] = {ply.Xt, ply.Xc, ply.Yt, ply.Yc, ply.S12};
+    for (int i = 0; i < 5; i++) k[kInv + i] = 1.0 / strengths[i];
     k[kF11] = 1.0 / (ply.Xt * ply.Xc);
     k[kF22] = 1.0 / (ply.Yt * ply.Yc);
     k[kF66] = 1.0 / (ply.S12 * ply.S12);
@@ -51,7 +49,7 @@ Quad quad(double const* k)
 Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
 {
     double const* k = p.k;
-    int const m = dominantStress(s, k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    int const m = dominantStress(s, k + kInv);
     return Assessment{Verdict::Ok, quad(k).value(s), m, {0.0, 0.0}, 0u};
 }
 
@@ -59,8 +57,7 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 {
     double const* k = p.k;
     Crossing c{quadCrossing(quad(k), res, mech, 0.0, kInf), -1};
-    if (c.r < kInf)
-        c.mode = dominantStress(along(res, mech, c.r), k[kXt], k[kXc], k[kYt], k[kYc], k[kS]);
+    if (c.r < kInf) c.mode = dominantStress(along(res, mech, c.r), k + kInv);
     return rating(c);
 }
 
