@@ -511,8 +511,10 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
         bool const valid = in.s1 < 0.0 && inModel(k, in);
         if (in.s1 < 0.0 && !valid) offer(lo, kModeFK);  // beyond the misalignment model
 
-        auto numeric = [&](int mode) {
-            double const top = std::min(hi, best.r);
+        // A numeric mode searched from "from" (at least lo) up to below
+        // (at most hi) or the best crossing so far.
+        auto numeric = [&](int mode, double from, double below) {
+            double const top = std::min(below, best.r);
             ModeAlong const g{k, &res, &mech, mode, mode == kModeMC ? &planeMC : &planeMCm};
             if (mode == kModeMC && noResidual && lo == 0.0) {
                 // Degree 1 on its scale: the crossing is direct.
@@ -527,18 +529,33 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
             // turning misalignment frame may fall back below 1 after a crossing,
             // so their bracket is walked from the piece's start.
             bool const walk = mode != kModeMC;
-            offer(
-                numericCrossing(IndexAlong(g), lo, top, g(lo), walk ? step / 2.0 : step, far, walk),
-                mode);
+            offer(numericCrossing(IndexAlong(g), from, top, g(from), walk ? step / 2.0 : step, far,
+                                  walk),
+                  mode);
         };
-        // The cheap fibre mode first: the others need only be searched up
-        // to its crossing.  Matrix compression is skipped where the
-        // quadratic above it stays below 1.
-        if (valid) numeric(kModeFK);
-        if (in.s2 < 0.0 && in.s1 >= -k[kYc] &&
-            quadCrossing(loadQuad(k + kMCup), res, mech, lo, std::min(hi, best.r)) < kInf)
-            numeric(kModeMC);
-        if (valid && in.s2 < 0.0 && in.s1 < -k[kYc]) numeric(kModeMCm);
+        // Matrix compression lies between two bounds: below the quadratic
+        // (s2/(2 ST))^2 + (t12/SLis)^2, above the planes alpha0 and 0, where
+        // it is at least (s2/Yc)^2 and ((|t12| + etaL s2)/SLis)^2.  It
+        // reaches 1 between their crossings, and nothing else need be
+        // searched beyond the second.
+        bool const mc = in.s2 < 0.0 && in.s1 >= -k[kYc];
+        double mcFrom = kInf, mcBy = kInf;
+        if (mc) {
+            double const sign = in.t12 >= 0.0 ? 1.0 : -1.0;
+            mcFrom = quadCrossing(loadQuad(k + kMCup), res, mech, lo, std::min(hi, best.r));
+            mcBy = std::min(quadCrossing(linear(0.0, -1.0 / k[kYc], 0.0), res, mech, lo, hi),
+                            quadCrossing(linear(0.0, k[kEtaL] * k[kInvSL], sign * k[kInvSL]), res,
+                                         mech, lo, hi));
+        }
+        double const by = std::min(hi, mcBy);
+        // The cheap fibre mode first: matrix compression need only be
+        // searched up to its crossing.
+        if (valid) numeric(kModeFK, lo, by);
+        if (mc && mcFrom < best.r) {
+            numeric(kModeMC, mcFrom, by);
+            offer(mcBy, kModeMC);  // reached by then, should rounding have hidden it
+        }
+        if (valid && in.s2 < 0.0 && in.s1 < -k[kYc]) numeric(kModeMCm, lo, hi);
         if (best.r < kInf) {
             if (best.mode == kModeFK) {
                 // Kinking or splitting: the side of s2m = 0 at the crossing.
