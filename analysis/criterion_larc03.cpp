@@ -231,6 +231,9 @@ double refineMaximum(F const& f, double a, double b, double& x, double fx, doubl
             e = d;
             if (std::fabs(p) < std::fabs(0.5 * q * before) && p > q * (a - x) && p < q * (b - x)) {
                 d = p / q;
+                // The parabola through the three best points tops out within
+                // the tolerance of x: x is the maximiser.
+                if (std::fabs(d) < 0.5 * tol) break;
                 double const u = x + d;
                 if (u - a < 2.0 * tol || b - u < 2.0 * tol) d = x < m ? tol : -tol;
                 golden = false;
