@@ -37,10 +37,10 @@
 // Along a load path, matrix and fibre tension are solved in closed form.  The
 // other modes are continuous between the points at which s1, s1 + Yc, s2 or
 // t12 change sign or phi reaches 45 degrees.  Matrix compression crosses 1
-// at most once on such a piece, so its ends bracket the crossing; the modes
-// of the misalignment frame, which turns with the load, may fall back below
-// 1, so their bracket is walked from the piece's start.  Each bracket is
-// refined with TOMS 748.  Where the kinking and splitting indices meet
+// at most once on such a piece, between the crossings of a quadratic above
+// it and of its planes alpha0 and 0 below it; the modes of the misalignment
+// frame, which turns with the load, may fall back below 1, so their bracket
+// is walked from the piece's start.  Each bracket is refined with TOMS 748.  Where the kinking and splitting indices meet
 // (s2m = 0) they are both below 1 or both at least 1, so that switch needs no
 // bracket of its own.
 #include "laminate/analysis/criterion_larc03.h"
@@ -231,6 +231,9 @@ double refineMaximum(F const& f, double a, double b, double& x, double fx, doubl
             e = d;
             if (std::fabs(p) < std::fabs(0.5 * q * before) && p > q * (a - x) && p < q * (b - x)) {
                 d = p / q;
+                // The parabola through the three best points tops out within
+                // the tolerance of x: x is the maximiser.
+                if (std::fabs(d) < 0.5 * tol) break;
                 double const u = x + d;
                 if (u - a < 2.0 * tol || b - u < 2.0 * tol) d = x < m ? tol : -tol;
                 golden = false;

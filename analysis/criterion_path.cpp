@@ -25,15 +25,29 @@ double numericCrossing(IndexAlong const& g, double lo, double hi, double glo, do
         gb = g(hi);
         if (!(gb >= 1.0)) return kInf;
     } else {
+        // Each step at most doubles the one before and is at least half of
+        // it; within that, it stops a little past where the line through the
+        // last two points reaches 1 (so that a convex g, which the line meets
+        // late, is bracketed at once).
+        double before = a, gBefore = ga;
+        bool line = false;
         for (;;) {
-            b = std::min(a + step, hi);
+            double next = a + step;
+            if (line && ga > gBefore) {
+                double const reach = (1.0 - ga) * (a - before) / (ga - gBefore);
+                next = std::min(next, a + std::max(1.02 * reach, 0.25 * step));
+            }
+            b = std::min(next, hi);
             if (b > far) return kInf;
             gb = g(b);
             if (gb >= 1.0) break;
             if (b == hi) return kInf;
+            step = 2.0 * (b - a);
+            before = a;
+            gBefore = ga;
+            line = true;
             a = b;
             ga = gb;
-            step *= 2.0;
         }
     }
     auto excess = [&g](double r) { return g(r) - 1.0; };
