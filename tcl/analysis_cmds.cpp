@@ -15,6 +15,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -23,6 +24,7 @@
 #include "laminate/analysis/envelope.h"
 #include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/analysis/laminate_analysis.h"
+#include "laminate/analysis/laminate_rating.h"
 #include "laminate/laminate/decimal.h"
 #include "laminate/tcl/analysis_cmds.h"
 #include "laminate/tcl/commands.h"
@@ -66,6 +68,10 @@ struct PreparedMaterial {
     std::vector<double> specificWeight;               // per layer, layer 1 first
     std::vector<analysis::PlyMaterial> plyMaterials;  // per layer; empty unless a layup
     analysis::InterlaminarShear shear;
+    // Expansion coefficients, layers() pairs each; empty unless every layer
+    // has them (a layup of materials that give them).
+    std::vector<double> alpha, beta;
+    analysis::LaminateRating rating;  // the catalogue's criteria, residual stresses
 
     PreparedMaterial(lamina1& lam, char const* name) : analysis(lam)
     {
@@ -73,7 +79,40 @@ struct PreparedMaterial {
         for (int k = 0; k < lam.nlayers && k < sw.length(); k++)
             specificWeight.push_back(sw.data[k]);
         layup_ply_materials(name, plyMaterials);
-        if (analysis.status() == LaminateAnalysis::Ok) shear.prepare(analysis);
+        if (analysis.status() != LaminateAnalysis::Ok) return;
+        shear.prepare(analysis);
+        prepareRating();
+    }
+
+private:
+    // Each layer's criterion data from its ply material when the laminate
+    // is a layup, else from the record; the coefficients only when every
+    // layer has them.
+    void prepareRating()
+    {
+        using K = analysis::PlyMaterial;
+        int const n = analysis.layers();
+        bool const layup = static_cast<int>(plyMaterials.size()) == n;
+        bool hasAlpha = layup, hasBeta = layup;
+        std::vector<analysis::CriterionPly> plies;
+        for (int k = 1; k <= n; k++) {
+            LaminateAnalysis::Ply const& p = analysis.plies()[k - 1];
+            analysis::PlySite const site = analysis::plySite(k, n);
+            if (!layup) {
+                plies.push_back(analysis::criterionPly(p.data, site));
+                continue;
+            }
+            K const& m = plyMaterials[k - 1];
+            plies.push_back(analysis::criterionPly(m, p.data.t, site));
+            hasAlpha = hasAlpha && m.has(K::alpha1) && m.has(K::alpha2);
+            hasBeta = hasBeta && m.has(K::beta1) && m.has(K::beta2);
+            alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
+            beta.insert(beta.end(), {m.number(K::beta1), m.number(K::beta2)});
+        }
+        if (!hasAlpha) alpha.clear();
+        if (!hasBeta) beta.clear();
+        rating = analysis::LaminateRating(analysis, plies, hasAlpha ? alpha.data() : nullptr,
+                                          hasBeta ? beta.data() : nullptr);
     }
 };
 using PreparedRef = std::shared_ptr<PreparedMaterial const>;
@@ -141,12 +180,40 @@ AnalysisRef material(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedRef* full = n
 
 // ---- loads -----------------------------------------------------------------
 
-// Reads exactly 8 finite numbers from list into loads, snapping tiny values
-// to 0.  what names the list in messages ("loads", "case 3").  A value
-// written as text must be of the grammar of the material record
-// (laminate/decimal.h: decimal, finite, "010" is ten, no hexadecimal, inf or
-// nan) and reads to the value that grammar gives; a number a script computed
-// and never turned into text is taken as it is, when finite.
+// Reads one number.  A value written as text must be of the grammar of the
+// material record (laminate/decimal.h: decimal, finite, "010" is ten, no
+// hexadecimal, inf or nan) and reads to the value that grammar gives; a
+// number a script computed and never turned into text is taken as it is,
+// when finite.  False when it is not such a number.
+bool readNumber(Tcl_Obj* item, double& v)
+{
+    v = 0.0;
+    bool read;
+    if (item->bytes == nullptr) {
+        read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
+    } else {
+        int length;
+        const char* text = Tcl_GetStringFromObj(item, &length);
+        size_t const len = static_cast<size_t>(length);
+        // Tcl reads a decimal number to the same (correctly rounded)
+        // value, and keeps it, but takes "010" for octal: an integer
+        // with a leading zero is read by the grammar's own reader.
+        size_t const sign = len > 0 && (text[0] == '+' || text[0] == '-') ? 1 : 0;
+        bool octalLooking = len > sign + 1 && text[sign] == '0';
+        for (size_t k = sign; octalLooking && k < len; k++)
+            octalLooking = text[k] != '.' && text[k] != 'e' && text[k] != 'E';
+        if (!laminate_model::isDecimal(text, len))
+            read = false;
+        else if (octalLooking)
+            read = laminate_model::readDecimal(text, len, v) == laminate_model::DecimalRead::Ok;
+        else
+            read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
+    }
+    return read && std::isfinite(v);
+}
+
+// Reads exactly 8 finite numbers from list into loads (readNumber), snapping
+// tiny values to 0.  what names the list in messages ("loads", "case 3").
 int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* what)
 {
     int n;
@@ -158,32 +225,10 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
         return fail(interp, msg, "LOADS", "COUNT");
     }
     for (int i = 0; i < 8; i++) {
-        Tcl_Obj* item = items[i];
-        double v = 0.0;
-        bool read;
-        if (item->bytes == nullptr) {
-            read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
-        } else {
-            int length;
-            const char* text = Tcl_GetStringFromObj(item, &length);
-            size_t const len = static_cast<size_t>(length);
-            // Tcl reads a decimal number to the same (correctly rounded)
-            // value, and keeps it, but takes "010" for octal: an integer
-            // with a leading zero is read by the grammar's own reader.
-            size_t const sign = len > 0 && (text[0] == '+' || text[0] == '-') ? 1 : 0;
-            bool octalLooking = len > sign + 1 && text[sign] == '0';
-            for (size_t k = sign; octalLooking && k < len; k++)
-                octalLooking = text[k] != '.' && text[k] != 'e' && text[k] != 'E';
-            if (!laminate_model::isDecimal(text, len))
-                read = false;
-            else if (octalLooking)
-                read = laminate_model::readDecimal(text, len, v) == laminate_model::DecimalRead::Ok;
-            else
-                read = Tcl_GetDoubleFromObj(nullptr, item, &v) == TCL_OK;
-        }
-        if (!read || !std::isfinite(v)) {
+        double v;
+        if (!readNumber(items[i], v)) {
             Tcl_Obj* msg = Tcl_ObjPrintf("%s: load value %d is not a finite number: \"%s\"", what,
-                                         i + 1, Tcl_GetString(item));
+                                         i + 1, Tcl_GetString(items[i]));
             return fail(interp, msg, "LOADS", "VALUE");
         }
         loads[i] = std::fabs(v) <= kLoadSnap ? 0.0 : v;
@@ -193,8 +238,32 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
 
 // ---- options -----------------------------------------------------------------
 
-const char* const criterion_names[] = {"tsaiwu", "hashin", "larc04", nullptr};
+// The criteria a command may name: the model's three first (answered by
+// LaminateAnalysis::firstPlyFailure, as laminate_results computes them),
+// then the catalogue's, in the order of analysis::kCriteria.  One name per
+// meaning: tsaiwu and hashin are the model's indices, tsaiwu2d and hashin2d
+// the published plane-stress forms.
+const char* const criterion_names[] = {"tsaiwu",   "hashin",    "larc04",   "maxstress",
+                                       "maxstrain", "tsaihill", "hoffman",  "tsaiwu2d",
+                                       "hashin2d", "puck",      "larc03",   nullptr};
+const int kModelCriteria = 3;
+const int kCriterionNames = 11;
+const int kCatalogue = kCriterionNames - kModelCriteria;
 const Criterion criteria_in_order[] = {Criterion::TsaiWu, Criterion::Hashin, Criterion::LaRC04};
+
+// laminate::rate's criteria where none are named: an interactive criterion,
+// the physically based one for inter-fibre failure, and the allowables
+// check.
+const char* const kDefaultRating[] = {"tsaiwu2d", "puck", "maxstrain"};
+
+// The position in analysis::kCriteria of the criterion named
+// criterion_names[id], id >= kModelCriteria.
+int catalogueIndex(int id)
+{
+    for (int c = 0; analysis::kCriteria[c]; c++)
+        if (std::strcmp(analysis::kCriteria[c]->name, criterion_names[id]) == 0) return c;
+    return -1;
+}
 
 int readCriterion(Tcl_Interp* interp, Tcl_Obj* word, int& index)
 {
@@ -206,7 +275,8 @@ int readCriterion(Tcl_Interp* interp, Tcl_Obj* word, int& index)
     return TCL_OK;
 }
 
-enum Option { OPT_CRITERION, OPT_PLANE, OPT_POINTS };
+enum Option { OPT_CRITERION, OPT_PLANE, OPT_POINTS, OPT_CRITERIA, OPT_DT, OPT_DM, OPT_FOS,
+              OPT_COUNT };
 
 // The options a command takes: names for Tcl_GetIndexFromObj, and what each
 // one is.
@@ -214,18 +284,27 @@ struct OptionTable {
     const char* const* names;  // NULL-terminated
     const Option* ids;
 };
-const char* const criterion_only[] = {"-criterion", nullptr};
-const Option criterion_only_ids[] = {OPT_CRITERION};
-const OptionTable kCriterionOption = {criterion_only, criterion_only_ids};
-const char* const envelope_options[] = {"-plane", "-criterion", "-points", nullptr};
-const Option envelope_option_ids[] = {OPT_PLANE, OPT_CRITERION, OPT_POINTS};
+const char* const fpf_options[] = {"-criterion", "-dT", "-dM", "-fos", nullptr};
+const Option fpf_option_ids[] = {OPT_CRITERION, OPT_DT, OPT_DM, OPT_FOS};
+const OptionTable kFpfOptions = {fpf_options, fpf_option_ids};
+const char* const envelope_options[] = {"-plane", "-criterion", "-points", "-dT",
+                                        "-dM",    "-fos",       nullptr};
+const Option envelope_option_ids[] = {OPT_PLANE, OPT_CRITERION, OPT_POINTS,
+                                      OPT_DT,    OPT_DM,        OPT_FOS};
 const OptionTable kEnvelopeOptions = {envelope_options, envelope_option_ids};
+const char* const rate_options[] = {"-criteria", "-dT", "-dM", "-fos", nullptr};
+const Option rate_option_ids[] = {OPT_CRITERIA, OPT_DT, OPT_DM, OPT_FOS};
+const OptionTable kRateOptions = {rate_options, rate_option_ids};
+const char* const evaluate_options[] = {"-dT", "-dM", nullptr};
+const Option evaluate_option_ids[] = {OPT_DT, OPT_DM};
+const OptionTable kEvaluateOptions = {evaluate_options, evaluate_option_ids};
 
 // Parses "-option value" pairs from objv[first..objc-1]; the value of each
-// option lands in values[its Option].
+// option lands in values[its Option] (the last one given counts).
 int readOptions(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[], int first,
-                OptionTable const& table, Tcl_Obj* values[3])
+                OptionTable const& table, Tcl_Obj* values[OPT_COUNT])
 {
+    for (int i = 0; i < OPT_COUNT; i++) values[i] = nullptr;
     for (int i = first; i < objc; i += 2) {
         int index;
         if (Tcl_GetIndexFromObj(interp, objv[i], table.names, "option", 0, &index) != TCL_OK) {
@@ -242,15 +321,122 @@ int readOptions(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[], int first,
     return TCL_OK;
 }
 
-// Which criteria a command answers: all three, or the one of -criterion.
-int readCriteria(Tcl_Interp* interp, Tcl_Obj* value, int& first, int& last)
+// The criteria a command answers, as positions in criterion_names, each
+// once, in the order named.
+struct Chosen {
+    int n = 0;
+    int id[kCriterionNames];
+
+    void add(int c)
+    {
+        for (int i = 0; i < n; i++)
+            if (id[i] == c) return;
+        id[n++] = c;
+    }
+};
+
+// A list of criterion names (one name is a list of one).  catalogueOnly:
+// the model's three are refused, with a message naming their published
+// counterparts.
+int readCriterionList(Tcl_Interp* interp, Tcl_Obj* value, const char* option, bool catalogueOnly,
+                      Chosen& out)
 {
-    first = 0;
-    last = 2;
-    if (value == nullptr) return TCL_OK;
-    int c;
-    if (readCriterion(interp, value, c) != TCL_OK) return TCL_ERROR;
-    first = last = c;
+    int n;
+    Tcl_Obj** items;
+    if (Tcl_ListObjGetElements(nullptr, value, &n, &items) != TCL_OK || n == 0) {
+        Tcl_Obj* msg = Tcl_ObjPrintf("%s: expected a list of criteria, got \"%s\"", option,
+                                     Tcl_GetString(value));
+        return fail(interp, msg, "CRITERION", "LIST");
+    }
+    for (int i = 0; i < n; i++) {
+        int c;
+        if (readCriterion(interp, items[i], c) != TCL_OK) return TCL_ERROR;
+        if (catalogueOnly && c < kModelCriteria) {
+            Tcl_Obj* msg = Tcl_ObjPrintf(
+                "criterion \"%s\" is the model's own index, without reserve factors or residual "
+                "stresses: rate with tsaiwu2d, hashin2d, larc03 or another criterion of the "
+                "catalogue",
+                criterion_names[c]);
+            return fail(interp, msg, "CRITERION", "MODEL", criterion_names[c]);
+        }
+        out.add(c);
+    }
+    return TCL_OK;
+}
+
+// Which criteria laminate::fpf and laminate::batch answer: the model's
+// three, or those of -criterion.
+int readCriteria(Tcl_Interp* interp, Tcl_Obj* value, Chosen& out)
+{
+    if (value != nullptr) return readCriterionList(interp, value, "-criterion", false, out);
+    for (int c = 0; c < kModelCriteria; c++) out.add(c);
+    return TCL_OK;
+}
+
+// The thermal and moisture changes of a load case and the factor of safety.
+struct Conditions {
+    double dT = 0.0, dM = 0.0;
+    double fos = 1.0;
+    bool fosGiven = false;
+    bool changeGiven = false;  // -dT or -dM was given (even as 0)
+
+    bool residual() const { return dT != 0.0 || dM != 0.0; }
+};
+
+int readConditions(Tcl_Interp* interp, Tcl_Obj* const values[OPT_COUNT], Conditions& out)
+{
+    struct Field {
+        Option option;
+        const char* name;
+        double* value;
+    };
+    Field const fields[] = {{OPT_DT, "-dT", &out.dT}, {OPT_DM, "-dM", &out.dM},
+                            {OPT_FOS, "-fos", &out.fos}};
+    for (Field const& f : fields) {
+        Tcl_Obj* v = values[f.option];
+        if (v == nullptr) continue;
+        if (!readNumber(v, *f.value) || (f.option == OPT_FOS && !(*f.value > 0.0))) {
+            Tcl_Obj* msg = Tcl_ObjPrintf("%s: expected a finite number%s, got \"%s\"", f.name,
+                                         f.option == OPT_FOS ? " above 0" : "",
+                                         Tcl_GetString(v));
+            return fail(interp, msg, "OPTION", f.name);
+        }
+    }
+    out.fosGiven = values[OPT_FOS] != nullptr;
+    out.changeGiven = values[OPT_DT] != nullptr || values[OPT_DM] != nullptr;
+    return TCL_OK;
+}
+
+// A temperature or moisture change needs every layer's coefficients, and
+// the catalogue's criteria: the model's indices hold no residual stresses.
+int checkConditions(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedMaterial const& pm,
+                    Conditions const& cond, Chosen const& chosen)
+{
+    const char* name = Tcl_GetString(nameObj);
+    analysis::ResidualStress const& r = pm.rating.residual();
+    if (cond.dT != 0.0 && !r.hasThermal()) {
+        Tcl_Obj* msg = Tcl_ObjPrintf(
+            "material '%s' has no thermal expansion coefficients: -dT needs alpha1 and alpha2 "
+            "of every ply (a laminate::layup of materials that give them)",
+            name);
+        return fail(interp, msg, "THERMAL", "NOALPHA", name);
+    }
+    if (cond.dM != 0.0 && !r.hasMoisture()) {
+        Tcl_Obj* msg = Tcl_ObjPrintf(
+            "material '%s' has no moisture expansion coefficients: -dM needs beta1 and beta2 "
+            "of every ply (a laminate::layup of materials that give them)",
+            name);
+        return fail(interp, msg, "THERMAL", "NOBETA", name);
+    }
+    if (!cond.residual()) return TCL_OK;
+    for (int i = 0; i < chosen.n; i++) {
+        if (chosen.id[i] >= kModelCriteria) continue;
+        Tcl_Obj* msg = Tcl_ObjPrintf(
+            "criterion \"%s\" is the model's own index and holds no residual stresses: with "
+            "-dT or -dM name criteria of the catalogue (tsaiwu2d, hashin2d, puck, larc03 ...)",
+            criterion_names[chosen.id[i]]);
+        return fail(interp, msg, "THERMAL", "MODELCRITERION", criterion_names[chosen.id[i]]);
+    }
     return TCL_OK;
 }
 
@@ -340,23 +526,34 @@ Tcl_Obj* plyDict(LaminateAnalysis const& an, int layer, PlyResult const& r)
     return d;
 }
 
-// The words of a first-ply failure, made once per thread and shared by every
-// answer: a batch of many cases builds only the numbers.
+// The words of a first-ply failure and a rating, made once per thread and
+// shared by every answer: a batch of many cases builds only the numbers.
+const int kMaxModes = 8;
+const int kVerdicts = 7;
 struct FailureWords {
     Tcl_Obj* factor;
     Tcl_Obj* ply;
     Tcl_Obj* face;
     Tcl_Obj* mode;
-    Tcl_Obj* criterion[3];
+    Tcl_Obj* verdict;
+    Tcl_Obj* mos;
+    Tcl_Obj* rf;
+    Tcl_Obj* index;
+    Tcl_Obj* criterion[kCriterionNames];
     Tcl_Obj* faces[3];     // none, top, bottom
-    Tcl_Obj* modes[3][7];  // per criterion, by mode number; [c][6] is none
+    Tcl_Obj* modes[3][7];  // per model criterion, by mode number; [c][6] is none
+    // Per catalogue criterion (its position in kCriteria), by mode position;
+    // none past the last.
+    Tcl_Obj* catalogueModes[kCatalogue][kMaxModes];
+    Tcl_Obj* extras[kCatalogue][analysis::kMaxExtras];
+    Tcl_Obj* verdicts[kVerdicts];  // by analysis::Verdict
 };
 
 // The words of one thread.  A Tcl_Obj belongs to the thread that made it,
 // so every thread makes its own set and lets it go when the thread exits.
 struct ThreadWords {
     FailureWords words;
-    Tcl_Obj* owned[32];  // every reference the set holds, to release
+    Tcl_Obj* owned[192];  // every reference the set holds, to release
     int nOwned;
     int made;
 };
@@ -389,7 +586,11 @@ FailureWords const& words()
     x.ply = kept(t, "ply");
     x.face = kept(t, "face");
     x.mode = kept(t, "mode");
-    for (int c = 0; c < 3; c++) x.criterion[c] = kept(t, criterion_names[c]);
+    x.verdict = kept(t, "verdict");
+    x.mos = kept(t, "mos");
+    x.rf = kept(t, "rf");
+    x.index = kept(t, "index");
+    for (int c = 0; c < kCriterionNames; c++) x.criterion[c] = kept(t, criterion_names[c]);
     x.faces[0] = kept(t, "none");
     x.faces[1] = kept(t, "top");
     x.faces[2] = kept(t, "bottom");
@@ -400,24 +601,44 @@ FailureWords const& words()
     x.modes[1][1] = kept(t, "fibre");
     const char* larc[] = {"m1", "m2", "m3", "m4", "m5", "m6"};
     for (int m = 1; m <= 6; m++) x.modes[2][m] = kept(t, larc[m - 1]);
+    for (int c = 0; c < kCatalogue && analysis::kCriteria[c]; c++) {
+        analysis::CriterionInfo const& info = *analysis::kCriteria[c];
+        for (int m = 0; m < kMaxModes; m++) x.catalogueModes[c][m] = x.faces[0];
+        for (int m = 0; m < kMaxModes && info.modes[m]; m++)
+            x.catalogueModes[c][m] = kept(t, info.modes[m]);
+        for (int e = 0; e < analysis::kMaxExtras; e++) x.extras[c][e] = nullptr;
+        for (int e = 0; e < analysis::kMaxExtras && info.extras[e]; e++)
+            x.extras[c][e] = kept(t, info.extras[e]);
+    }
+    for (int v = 0; v < kVerdicts; v++)
+        x.verdicts[v] = kept(t, analysis::verdictWord(static_cast<analysis::Verdict>(v)));
     t.made = 1;
     Tcl_CreateThreadExitHandler(releaseWords, &t);
     return x;
 }
 
+// The margin of safety of a factor shown as value: a number for a number,
+// the same word for a word.
+Tcl_Obj* marginObj(Tcl_Obj* value, double factor, bool isNumber, double fos)
+{
+    return isNumber ? Tcl_NewDoubleObj(analysis::marginOfSafety(factor, fos)) : value;
+}
+
 // The factor is a number (Inf: never fails) or, where no number can be
 // told, the word undefined (an index that is NaN and nothing else failing)
 // or overflow (the stresses of the loads, or the factor, beyond the largest
-// double).  Those two are rare: their words are made when needed.
-Tcl_Obj* failureDict(int criterion, PlyFailure const& f)
+// double).  Those two are rare: their words are made when needed.  mos is
+// added when a factor of safety was given.
+Tcl_Obj* failureDict(int criterion, PlyFailure const& f, Conditions const& cond)
 {
     FailureWords const& w = words();
     Tcl_Obj* d = Tcl_NewDictObj();
     Tcl_Obj* factor;
+    bool number = false;
     switch (f.outcome) {
     case analysis::Outcome::Undefined: factor = Tcl_NewStringObj("undefined", -1); break;
     case analysis::Outcome::Overflow: factor = Tcl_NewStringObj("overflow", -1); break;
-    default: factor = Tcl_NewDoubleObj(f.factor); break;
+    default: factor = Tcl_NewDoubleObj(f.factor); number = true; break;
     }
     Tcl_DictObjPut(nullptr, d, w.factor, factor);
     Tcl_DictObjPut(nullptr, d, w.ply, Tcl_NewIntObj(f.ply));
@@ -425,34 +646,79 @@ Tcl_Obj* failureDict(int criterion, PlyFailure const& f)
     Tcl_Obj* mode = w.faces[0];
     if (f.face != Face::None && f.mode >= 0 && f.mode <= 6) mode = w.modes[criterion][f.mode];
     Tcl_DictObjPut(nullptr, d, w.mode, mode);
+    if (cond.fosGiven) Tcl_DictObjPut(nullptr, d, w.mos, marginObj(factor, f.factor, number, cond.fos));
     return d;
 }
 
-// {criterion {factor .. ply .. face .. mode ..} ...} for criteria first..last.
-Tcl_Obj* failures(LaminateAnalysis const& an, double const loads[8], int first, int last)
+bool rated(analysis::Verdict v)
+{
+    return v == analysis::Verdict::Ok || v == analysis::Verdict::Residual ||
+           v == analysis::Verdict::Never;
+}
+
+// The first-ply failure of a catalogue criterion (its position in
+// kCriteria) in the shape of failureDict, with its verdict: the factor is
+// the reserve factor (0 when the residual stresses alone fail a ply, Inf
+// when nothing fails), or the verdict word when a ply cannot be rated.
+Tcl_Obj* ratedFailureDict(int c, analysis::LaminateFailure const& f, Conditions const& cond,
+                          bool withMargin)
+{
+    FailureWords const& w = words();
+    Tcl_Obj* d = Tcl_NewDictObj();
+    bool const number = rated(f.verdict);
+    Tcl_Obj* verdict = w.verdicts[static_cast<int>(f.verdict)];
+    Tcl_Obj* factor = number ? Tcl_NewDoubleObj(f.rf) : verdict;
+    Tcl_DictObjPut(nullptr, d, w.factor, factor);
+    Tcl_DictObjPut(nullptr, d, w.ply, Tcl_NewIntObj(f.ply));
+    Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(f.face)]);
+    Tcl_DictObjPut(nullptr, d, w.mode,
+                   f.mode >= 0 && f.mode < kMaxModes ? w.catalogueModes[c][f.mode] : w.faces[0]);
+    Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
+    if (withMargin) Tcl_DictObjPut(nullptr, d, w.mos, marginObj(factor, f.rf, number, cond.fos));
+    return d;
+}
+
+// {criterion {factor .. ply .. face .. mode .. ?verdict ..? ?mos ..?} ...}
+// for the criteria chosen.
+Tcl_Obj* failures(PreparedMaterial const& pm, double const loads[8], Chosen const& chosen,
+                  Conditions const& cond)
 {
     Tcl_Obj* d = Tcl_NewDictObj();
-    for (int c = first; c <= last; c++)
-        Tcl_DictObjPut(nullptr, d, words().criterion[c],
-                       failureDict(c, an.firstPlyFailure(loads, criteria_in_order[c])));
+    analysis::RatingLoad const load{loads, cond.dT, cond.dM};
+    for (int i = 0; i < chosen.n; i++) {
+        int const id = chosen.id[i];
+        Tcl_Obj* value;
+        if (id < kModelCriteria) {
+            value = failureDict(id, pm.analysis.firstPlyFailure(loads, criteria_in_order[id]), cond);
+        } else {
+            int const c = catalogueIndex(id);
+            value = ratedFailureDict(c, pm.rating.firstPlyFailure(c, load), cond, cond.fosGiven);
+        }
+        Tcl_DictObjPut(nullptr, d, words().criterion[id], value);
+    }
     return d;
 }
 
-// The common start of the commands of the form "NAME ARG ?-criterion C?":
-// the word count, the option, then the material; null with an error in
+// The common start of laminate::fpf and laminate::batch: the word count,
+// the options, then the material and what it allows; null with an error in
 // interp when one of them is wrong.
-AnalysisRef criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
-                                         const char* usage, int& first, int& last)
+PreparedRef criterionCommand(Tcl_Interp* interp, int objc, Tcl_Obj* const objv[],
+                             const char* usage, Chosen& chosen, Conditions& cond)
 {
-    if (objc != 3 && objc != 5) {
+    if (objc < 3 || objc % 2 == 0) {
         Tcl_WrongNumArgs(interp, 1, objv, usage);
         return nullptr;
     }
-    Tcl_Obj* opts[3] = {nullptr, nullptr, nullptr};
-    if (readOptions(interp, objc, objv, 3, kCriterionOption, opts) != TCL_OK ||
-        readCriteria(interp, opts[OPT_CRITERION], first, last) != TCL_OK)
+    Tcl_Obj* opts[OPT_COUNT];
+    if (readOptions(interp, objc, objv, 3, kFpfOptions, opts) != TCL_OK ||
+        readCriteria(interp, opts[OPT_CRITERION], chosen) != TCL_OK ||
+        readConditions(interp, opts, cond) != TCL_OK)
         return nullptr;
-    return material(interp, objv[1]);
+    PreparedRef full;
+    if (material(interp, objv[1], &full) == nullptr ||
+        checkConditions(interp, objv[1], *full, cond, chosen) != TCL_OK)
+        return nullptr;
+    return full;
 }
 
 // The laminate's engineering constants (see analysis/engineering_constants.h)
@@ -525,6 +791,55 @@ Tcl_Obj* interlaminarList(PreparedMaterial const& pm, double const loads[8])
     return list;
 }
 
+// The residual and total stresses of one layer of laminate::evaluate under
+// dT, dM: layer axes at both faces and the middle, laminate axes at both
+// faces.
+void putResidual(Tcl_Obj* d, analysis::ResidualStress const& r, int layer, PlyResult const& m,
+                 Conditions const& cond)
+{
+    laminate_model::LayerState const& s = m.state;
+    double res[2][3], resXy[2][3], tot[2][3], totXy[2][3];
+    Face const faces[2] = {Face::Top, Face::Bottom};
+    double const* mech[2] = {s.stressesTopLam, s.stressesBasLam};
+    double const* mechXy[2] = {s.stressesTop, s.stressesBas};
+    for (int f = 0; f < 2; f++) {
+        analysis::PlyStress const p = r.stress(layer, faces[f], cond.dT, cond.dM);
+        res[f][0] = p.s1;
+        res[f][1] = p.s2;
+        res[f][2] = p.t12;
+        r.stressLaminateAxes(layer, faces[f], cond.dT, cond.dM, resXy[f]);
+        for (int i = 0; i < 3; i++) {
+            tot[f][i] = mech[f][i] + res[f][i];
+            totXy[f][i] = mechXy[f][i] + resXy[f][i];
+        }
+    }
+    put(d, "residual_stresstop", doubles(res[0], 3));
+    put(d, "residual_stressbas", doubles(res[1], 3));
+    put(d, "residual_stresses", middle(res[0], res[1]));
+    put(d, "total_stresstop", doubles(tot[0], 3));
+    put(d, "total_stressbas", doubles(tot[1], 3));
+    put(d, "total_stresses", middle(tot[0], tot[1]));
+    put(d, "xy_residual_stresstop", doubles(resXy[0], 3));
+    put(d, "xy_residual_stressbas", doubles(resXy[1], 3));
+    put(d, "xy_total_stresstop", doubles(totXy[0], 3));
+    put(d, "xy_total_stressbas", doubles(totXy[1], 3));
+}
+
+// {dT .. dM .. resultants {N1..M12} free {ex..kxy}}: the thermal and
+// moisture resultants and the free laminate's strains and curvatures.
+Tcl_Obj* thermalDict(analysis::ResidualStress const& r, Conditions const& cond)
+{
+    double nm[6], e[6];
+    r.resultants(cond.dT, cond.dM, nm);
+    r.freeStrains(cond.dT, cond.dM, e);
+    Tcl_Obj* d = Tcl_NewDictObj();
+    put(d, "dT", Tcl_NewDoubleObj(cond.dT));
+    put(d, "dM", Tcl_NewDoubleObj(cond.dM));
+    put(d, "resultants", doubles(nm, 6));
+    put(d, "free", doubles(e, 6));
+    return d;
+}
+
 }  // namespace
 
 void forget_prepared_analyses()
@@ -564,63 +879,85 @@ int laminate_abd_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
     return TCL_OK;
 }
 
-// laminate::evaluate NAME LOADS
+// laminate::evaluate NAME LOADS ?-dT T? ?-dM M?
 //
 // Every layer under one load case: a dict of the 8 generalized strains
 // (strains), one dict per layer, layer 1 first (plies: every result type of
 // laminate_results with the value it gives, and more), the first-ply
-// failure under each criterion (fpf), and the transverse shear stresses
-// through the thickness by equilibrium (interlaminar).
+// failure under each of the model's criteria (fpf, mechanical loads), and
+// the transverse shear stresses through the thickness by equilibrium
+// (interlaminar).  With -dT or -dM each layer also gives its residual and
+// total (mechanical + residual) stresses, and the dict the thermal and
+// moisture resultants and free strains (thermal).
 int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
-    if (objc != 3) {
-        Tcl_WrongNumArgs(interp, 1, objv, "name loads");
+    if (objc < 3 || objc % 2 == 0) {
+        Tcl_WrongNumArgs(interp, 1, objv, "name loads ?-dT t? ?-dM m?");
         return TCL_ERROR;
     }
+    Tcl_Obj* opts[OPT_COUNT];
+    Conditions cond;
+    if (readOptions(interp, objc, objv, 3, kEvaluateOptions, opts) != TCL_OK ||
+        readConditions(interp, opts, cond) != TCL_OK)
+        return TCL_ERROR;
     PreparedRef full;
     AnalysisRef an = material(interp, objv[1], &full);
     double loads[8];
-    if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
+    if (an == nullptr || checkConditions(interp, objv[1], *full, cond, Chosen()) != TCL_OK ||
+        readLoads(interp, objv[2], loads, "loads") != TCL_OK)
+        return TCL_ERROR;
     analysis::Evaluation ev;
     an->evaluate(loads, ev);
+    bool const residual = cond.changeGiven && full->rating.status() == analysis::LaminateRating::Ok;
     Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
-    for (int k = 1; k <= an->layers(); k++)
-        Tcl_ListObjAppendElement(nullptr, plies, plyDict(*an, k, ev.plies[k - 1]));
+    for (int k = 1; k <= an->layers(); k++) {
+        Tcl_Obj* ply = plyDict(*an, k, ev.plies[k - 1]);
+        if (residual) putResidual(ply, full->rating.residual(), k, ev.plies[k - 1], cond);
+        Tcl_ListObjAppendElement(nullptr, plies, ply);
+    }
+    Chosen model;
+    for (int c = 0; c < kModelCriteria; c++) model.add(c);
     Tcl_Obj* d = Tcl_NewDictObj();
     put(d, "strains", doubles(ev.strains, 8));
     put(d, "plies", plies);
-    put(d, "fpf", failures(*an, loads, 0, 2));
+    put(d, "fpf", failures(*full, loads, model, Conditions()));
     put(d, "interlaminar", interlaminarList(*full, loads));
+    if (residual) put(d, "thermal", thermalDict(full->rating.residual(), cond));
     Tcl_SetObjResult(interp, d);
     return TCL_OK;
 }
 
-// laminate::fpf NAME LOADS ?-criterion tsaiwu|hashin|larc04?
+// laminate::fpf NAME LOADS ?-criterion LIST? ?-dT T? ?-dM M? ?-fos F?
 //
 // The first-ply failure of one load case: a dict by criterion of dicts
-// {factor F ply P face top|bottom|none mode M}.
+// {factor F ply P face top|bottom|none mode M}; a catalogue criterion adds
+// its verdict, and -fos the margin of safety (mos).
 int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
-    int first, last;
-    AnalysisRef an =
-        criterionCommand(interp, objc, objv, "name loads ?-criterion criterion?", first, last);
+    Chosen chosen;
+    Conditions cond;
+    PreparedRef pm = criterionCommand(
+        interp, objc, objv, "name loads ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f?", chosen,
+        cond);
     double loads[8];
-    if (an == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
-    Tcl_SetObjResult(interp, failures(*an, loads, first, last));
+    if (pm == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
+    Tcl_SetObjResult(interp, failures(*pm, loads, chosen, cond));
     return TCL_OK;
 }
 
-// laminate::batch NAME CASES ?-criterion tsaiwu|hashin|larc04?
+// laminate::batch NAME CASES ?-criterion LIST? ?-dT T? ?-dM M? ?-fos F?
 //
-// The first-ply failure of every load case of CASES, in order: a list of
-// dicts shaped as laminate::fpf answers.  A bad case fails the whole command
-// and names the case (counted from 1).
+// The first-ply failure of every load case of CASES, in order, each under
+// the same dT and dM: a list of dicts shaped as laminate::fpf answers.  A
+// bad case fails the whole command and names the case (counted from 1).
 int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
-    int first, last;
-    AnalysisRef an =
-        criterionCommand(interp, objc, objv, "name cases ?-criterion criterion?", first, last);
-    if (an == nullptr) return TCL_ERROR;
+    Chosen chosen;
+    Conditions cond;
+    PreparedRef pm = criterionCommand(
+        interp, objc, objv, "name cases ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f?", chosen,
+        cond);
+    if (pm == nullptr) return TCL_ERROR;
     int n;
     Tcl_Obj** cases;
     if (Tcl_ListObjGetElements(nullptr, objv[2], &n, &cases) != TCL_OK)
@@ -635,26 +972,34 @@ int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
             Tcl_DecrRefCount(out);
             return TCL_ERROR;
         }
-        Tcl_ListObjAppendElement(nullptr, out, failures(*an, loads, first, last));
+        Tcl_ListObjAppendElement(nullptr, out, failures(*pm, loads, chosen, cond));
     }
     Tcl_SetObjResult(interp, out);
     Tcl_DecrRefCount(out);
     return TCL_OK;
 }
 
-// laminate::envelope NAME -plane {I J} ?-criterion C? ?-points N?
+// laminate::envelope NAME -plane {I J} ?-criterion C? ?-points N? ?-dT T?
+//     ?-dM M? ?-fos F?
 //
 // N points {x y} of the first-ply-failure envelope (default 72) in the
 // plane of load components I and J (1..8), on rays through the origin from
-// the I axis; default criterion tsaiwu.
+// the I axis, the mechanical loads scaled with dT and dM held; default
+// criterion tsaiwu.  With -fos every point is divided by F (the envelope of
+// allowable loads).  A ray without a failure load gives a word twice.
 int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     if (objc < 4 || objc % 2 != 0) {
-        Tcl_WrongNumArgs(interp, 1, objv, "name -plane {i j} ?-criterion criterion? ?-points n?");
+        Tcl_WrongNumArgs(interp, 1, objv,
+                         "name -plane {i j} ?-criterion criterion? ?-points n? ?-dT t? ?-dM m? "
+                         "?-fos f?");
         return TCL_ERROR;
     }
-    Tcl_Obj* opts[3] = {nullptr, nullptr, nullptr};
-    if (readOptions(interp, objc, objv, 2, kEnvelopeOptions, opts) != TCL_OK) return TCL_ERROR;
+    Tcl_Obj* opts[OPT_COUNT];
+    Conditions cond;
+    if (readOptions(interp, objc, objv, 2, kEnvelopeOptions, opts) != TCL_OK ||
+        readConditions(interp, opts, cond) != TCL_OK)
+        return TCL_ERROR;
     int criterion = 0, points = 72;
     if (opts[OPT_CRITERION] && readCriterion(interp, opts[OPT_CRITERION], criterion) != TCL_OK)
         return TCL_ERROR;
@@ -677,26 +1022,147 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
             opts[OPT_PLANE] ? Tcl_GetString(opts[OPT_PLANE]) : "");
         return fail(interp, msg, "PLANE", "INVALID");
     }
-    AnalysisRef an = material(interp, objv[1]);
-    if (an == nullptr) return TCL_ERROR;
-    std::vector<analysis::EnvelopePoint> const pts =
-        analysis::envelope(*an, plane[0], plane[1], criteria_in_order[criterion], points);
+    Chosen chosen;
+    chosen.add(criterion);
+    PreparedRef pm;
+    if (material(interp, objv[1], &pm) == nullptr ||
+        checkConditions(interp, objv[1], *pm, cond, chosen) != TCL_OK)
+        return TCL_ERROR;
     Tcl_Obj* out = Tcl_NewListObj(0, nullptr);
-    for (analysis::EnvelopePoint const& p : pts) {
-        analysis::Outcome const o = p.failure.outcome;
-        if (o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow) {
-            // No load to give: the ray's point is the word, twice, as the
-            // factor of laminate::fpf is.
-            Tcl_Obj* word = Tcl_NewStringObj(o == analysis::Outcome::Undefined ? "undefined"
-                                                                                  : "overflow",
-                                             -1);
-            Tcl_Obj* pair[2] = {word, word};
-            Tcl_ListObjAppendElement(nullptr, out, Tcl_NewListObj(2, pair));
-            continue;
-        }
-        double const xy[2] = {p.x, p.y};
+    auto point = [&](double x, double y) {
+        double const xy[2] = {x / cond.fos, y / cond.fos};
         Tcl_ListObjAppendElement(nullptr, out, doubles(xy, 2));
+    };
+    // No load to give: the ray's point is the word, twice, as the factor of
+    // laminate::fpf is.
+    auto word = [&](Tcl_Obj* w) {
+        Tcl_Obj* pair[2] = {w, w};
+        Tcl_ListObjAppendElement(nullptr, out, Tcl_NewListObj(2, pair));
+    };
+    if (criterion < kModelCriteria) {
+        std::vector<analysis::EnvelopePoint> const pts = analysis::envelope(
+            pm->analysis, plane[0], plane[1], criteria_in_order[criterion], points);
+        for (analysis::EnvelopePoint const& p : pts) {
+            analysis::Outcome const o = p.failure.outcome;
+            if (o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow)
+                word(Tcl_NewStringObj(o == analysis::Outcome::Undefined ? "undefined" : "overflow",
+                                      -1));
+            else
+                point(p.x, p.y);
+        }
+    } else {
+        std::vector<analysis::RatedEnvelopePoint> const pts =
+            analysis::ratedEnvelope(pm->rating, plane[0], plane[1], catalogueIndex(criterion),
+                                    points, cond.dT, cond.dM);
+        for (analysis::RatedEnvelopePoint const& p : pts) {
+            if (rated(p.failure.verdict))
+                point(p.x, p.y);
+            else
+                word(words().verdicts[static_cast<int>(p.failure.verdict)]);
+        }
     }
     Tcl_SetObjResult(interp, out);
+    return TCL_OK;
+}
+
+// laminate::rate NAME LOADS ?-criteria LIST? ?-dT T? ?-dM M? ?-fos F?
+//
+// The reserve factors of every ply under the catalogue's criteria (default
+// tsaiwu2d puck maxstrain), residual stresses of dT and dM held: a dict of
+//   plies: layer 1 first, per layer a dict by criterion of the worse face's
+//     {rf R mos M index I face F mode MODE verdict V ?extra outputs?};
+//   fpf: the first-ply failure per criterion, shaped as laminate::fpf
+//     answers, with verdict and mos.
+// R is a number (0: the residual stresses alone fail, Inf: never fails) or
+// the verdict word of a ply that cannot be rated, as are M and I then; I is
+// the index at the loads given (residual + mechanical).
+int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
+{
+    if (objc < 3 || objc % 2 == 0) {
+        Tcl_WrongNumArgs(interp, 1, objv, "name loads ?-criteria list? ?-dT t? ?-dM m? ?-fos f?");
+        return TCL_ERROR;
+    }
+    Tcl_Obj* opts[OPT_COUNT];
+    Conditions cond;
+    Chosen chosen;
+    if (readOptions(interp, objc, objv, 3, kRateOptions, opts) != TCL_OK ||
+        readConditions(interp, opts, cond) != TCL_OK)
+        return TCL_ERROR;
+    if (opts[OPT_CRITERIA] != nullptr) {
+        if (readCriterionList(interp, opts[OPT_CRITERIA], "-criteria", true, chosen) != TCL_OK)
+            return TCL_ERROR;
+    } else {
+        for (const char* name : kDefaultRating)
+            for (int c = kModelCriteria; c < kCriterionNames; c++)
+                if (std::strcmp(criterion_names[c], name) == 0) chosen.add(c);
+    }
+    PreparedRef pm;
+    double loads[8];
+    if (material(interp, objv[1], &pm) == nullptr ||
+        checkConditions(interp, objv[1], *pm, cond, chosen) != TCL_OK ||
+        readLoads(interp, objv[2], loads, "loads") != TCL_OK)
+        return TCL_ERROR;
+
+    FailureWords const& w = words();
+    analysis::LaminateRating const& rating = pm->rating;
+    analysis::RatingLoad const load{loads, cond.dT, cond.dM};
+    Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
+    for (int k = 1; k <= pm->analysis.layers(); k++) {
+        Tcl_Obj* ply = Tcl_NewDictObj();
+        for (int i = 0; i < chosen.n; i++) {
+            int const c = catalogueIndex(chosen.id[i]);
+            analysis::FaceRating const fr = rating.ratePly(c, k, load);
+            analysis::Rating const& r = fr.rating;
+            Tcl_Obj* verdict = w.verdicts[static_cast<int>(r.verdict)];
+            Tcl_Obj* d = Tcl_NewDictObj();
+            if (rated(r.verdict)) {
+                analysis::PreparedCriterion const& p = rating.prepared(c, k);
+                analysis::PlyStress const now{fr.res.s1 + fr.mech.s1, fr.res.s2 + fr.mech.s2,
+                                              fr.res.t12 + fr.mech.t12};
+                analysis::Assessment const a = analysis::assess(p, now);
+                Tcl_DictObjPut(nullptr, d, w.rf, Tcl_NewDoubleObj(r.rf));
+                Tcl_DictObjPut(nullptr, d, w.mos,
+                               Tcl_NewDoubleObj(analysis::marginOfSafety(r.rf, cond.fos)));
+                Tcl_DictObjPut(nullptr, d, w.index,
+                               a.verdict == analysis::Verdict::Ok
+                                   ? Tcl_NewDoubleObj(a.index)
+                                   : w.verdicts[static_cast<int>(a.verdict)]);
+                Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(fr.face)]);
+                Tcl_DictObjPut(nullptr, d, w.mode,
+                               r.mode >= 0 && r.mode < kMaxModes ? w.catalogueModes[c][r.mode]
+                                                                 : w.faces[0]);
+                Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
+                // The extra outputs (fracture and misalignment angles) at the
+                // failure state.
+                if (r.verdict != analysis::Verdict::Never) {
+                    analysis::Assessment const at =
+                        analysis::assess(p, analysis::failureState(fr.res, fr.mech, r));
+                    for (int e = 0; e < analysis::kMaxExtras; e++)
+                        if (w.extras[c][e] && (at.extraValid & (1u << e)))
+                            Tcl_DictObjPut(nullptr, d, w.extras[c][e],
+                                           Tcl_NewDoubleObj(at.extra[e]));
+                }
+            } else {
+                Tcl_DictObjPut(nullptr, d, w.rf, verdict);
+                Tcl_DictObjPut(nullptr, d, w.mos, verdict);
+                Tcl_DictObjPut(nullptr, d, w.index, verdict);
+                Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(fr.face)]);
+                Tcl_DictObjPut(nullptr, d, w.mode, w.faces[0]);
+                Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
+            }
+            Tcl_DictObjPut(nullptr, ply, w.criterion[chosen.id[i]], d);
+        }
+        Tcl_ListObjAppendElement(nullptr, plies, ply);
+    }
+    Tcl_Obj* fpf = Tcl_NewDictObj();
+    for (int i = 0; i < chosen.n; i++) {
+        int const c = catalogueIndex(chosen.id[i]);
+        Tcl_DictObjPut(nullptr, fpf, w.criterion[chosen.id[i]],
+                       ratedFailureDict(c, rating.firstPlyFailure(c, load), cond, true));
+    }
+    Tcl_Obj* d = Tcl_NewDictObj();
+    put(d, "plies", plies);
+    put(d, "fpf", fpf);
+    Tcl_SetObjResult(interp, d);
     return TCL_OK;
 }

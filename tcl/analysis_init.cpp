@@ -19,6 +19,7 @@ const AnalysisCommand analysis_commands[] = {
     {"fpf", laminate_fpf_cb},
     {"batch", laminate_batch_cb},
     {"envelope", laminate_envelope_cb},
+    {"rate", laminate_rate_cb},
     {"define", laminate_define_cb},
     {"material", ply_material_cb},
     {"layup", laminate_layup_cb},

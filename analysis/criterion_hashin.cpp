@@ -1,0 +1,89 @@
+// Hashin (1980) in plane stress: four modes, each with its own quadratic,
+//   fibre tension (s1 >= 0):      (s1/Xt)^2 + (t12/S12)^2
+//   fibre compression (s1 < 0):   -s1/Xc
+//   matrix tension (s2 >= 0):     (s2/Yt)^2 + (t12/S12)^2
+//   matrix compression (s2 < 0):  (s2/(2 ST))^2 + ((Yc/(2 ST))^2 - 1) s2/Yc
+//                                 + (t12/S12)^2
+// with ST the transverse shear strength S23 where given, Yc/2 otherwise (the
+// matrix compression mode is then (s2/Yc)^2 + (t12/S12)^2).  The index is
+// the largest mode's.  This is not the model's own Hashin index, which adds
+// the transverse shear stresses.
+#include "laminate/analysis/criterion_path.h"
+
+namespace analysis {
+
+namespace {
+
+using namespace criterion_path;
+
+char const* const kModes[] = {"fibre-tension", "fibre-compression", "matrix-tension",
+                              "matrix-compression", nullptr};
+char const* const kNoExtras[] = {nullptr};
+
+// kQ: the quadratics of the four modes, in the order of the mode words.
+enum { kXt, kXc, kYt, kYc, kS, kST, kQ };
+
+Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
+{
+    if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
+    double* k = out.k;
+    k[kXt] = ply.Xt;
+    k[kXc] = ply.Xc;
+    k[kYt] = ply.Yt;
+    k[kYc] = ply.Yc;
+    k[kS] = ply.S12;
+    double const ST = ply.has(kGivenS23) ? ply.S23 : 0.5 * ply.Yc;
+    k[kST] = ST;
+    double const shear = 1.0 / (ply.S12 * ply.S12), c = ply.Yc / (2.0 * ST);
+    storeQuad(k + kQ, Quad{1.0 / (ply.Xt * ply.Xt), 0, shear, 0, 0, 0, 0, 1});
+    storeQuad(k + kQ + 8, linear(-1.0 / ply.Xc, 0.0, 0.0));
+    storeQuad(k + kQ + 16, Quad{0, 1.0 / (ply.Yt * ply.Yt), shear, 0, 0, 0, 0, 1});
+    storeQuad(k + kQ + 24,
+              Quad{0, 1.0 / (4.0 * ST * ST), shear, 0, 0, (c * c - 1.0) / ply.Yc, 0, 1});
+    return Verdict::Ok;
+}
+
+// The fibre mode that holds at s and its quadratic.
+Quad fibre(double const* k, PlyStress const& s, int& mode)
+{
+    mode = s.s1 >= 0.0 ? 0 : 1;
+    return loadQuad(k + kQ + 8 * mode);
+}
+
+// The matrix mode that holds at s and its quadratic.
+Quad matrix(double const* k, PlyStress const& s, int& mode)
+{
+    mode = s.s2 >= 0.0 ? 2 : 3;
+    return loadQuad(k + kQ + 8 * mode);
+}
+
+Assessment assessState(PreparedCriterion const& p, PlyStress const& s)
+{
+    int mf, mm;
+    double const f = fibre(p.k, s, mf).value(s), m = matrix(p.k, s, mm).value(s);
+    return f >= m ? Assessment{Verdict::Ok, f, mf, {0.0, 0.0}, 0u}
+                  : Assessment{Verdict::Ok, m, mm, {0.0, 0.0}, 0u};
+}
+
+// The fibre modes and the matrix modes each change branch at one point.
+Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
+{
+    double const* k = p.k;
+    Breaks bf, bm;
+    bf.add(res.s1, mech.s1);
+    bf.finish();
+    bm.add(res.s2, mech.s2);
+    bm.finish();
+    Crossing const f = family(res, mech, bf, kInf,
+                              [k](PlyStress const& s, int& mode) { return fibre(k, s, mode); });
+    Crossing const m = family(res, mech, bm, f.r,
+                              [k](PlyStress const& s, int& mode) { return matrix(k, s, mode); });
+    return rating(m.r < f.r ? m : f);
+}
+
+}  // namespace
+
+extern CriterionInfo const kHashin2d = {"hashin2d", kModes,           kNoExtras,   nullptr,
+                                        0,          prepareCriterion, assessState, ratePath};
+
+}  // namespace analysis

@@ -1,0 +1,363 @@
+// The criterion catalogue as an engineer checks it: uniaxial states give the
+// strengths back, the reserve factor along a path with residual stresses
+// agrees with a plain bisection on the index, and every refusal has its word.
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "laminate/analysis/criterion.h"
+
+using analysis::CriterionInfo;
+using analysis::CriterionPly;
+using analysis::PlyStress;
+using analysis::PreparedCriterion;
+using analysis::Rating;
+using analysis::Verdict;
+
+namespace {
+
+double const kInf = std::numeric_limits<double>::infinity();
+
+// A carbon/epoxy ply in N-mm-MPa with every strength given.
+CriterionPly carbon()
+{
+    CriterionPly p;
+    p.E1 = 161000;
+    p.E2 = 11400;
+    p.nu12 = 0.32;
+    p.G12 = 5170;
+    p.set(analysis::kGivenXt, 2560);
+    p.set(analysis::kGivenXc, 1590);
+    p.set(analysis::kGivenYt, 73);
+    p.set(analysis::kGivenYc, 185);
+    p.set(analysis::kGivenS12, 90);
+    p.set(analysis::kGivenGIc, 0.258);
+    p.set(analysis::kGivenGIIc, 1.08);
+    p.t = 0.125;
+    return p;
+}
+
+CriterionInfo const& criterion(char const* name)
+{
+    CriterionInfo const* c = analysis::findCriterion(name);
+    EXPECT_NE(c, nullptr) << name;
+    return *c;
+}
+
+Rating rate(char const* name, CriterionPly const& ply, PlyStress res, PlyStress mech,
+            double const* params = nullptr)
+{
+    PreparedCriterion p;
+    analysis::prepare(criterion(name), ply, params, p);
+    return analysis::rate(p, res, mech);
+}
+
+// The index at the failure state of a rating.
+double indexAt(char const* name, CriterionPly const& ply, PlyStress res, PlyStress mech,
+               Rating const& r)
+{
+    PreparedCriterion p;
+    analysis::prepare(criterion(name), ply, nullptr, p);
+    return analysis::assess(p, analysis::failureState(res, mech, r)).index;
+}
+
+std::string mode(char const* name, Rating const& r)
+{
+    return r.mode >= 0 ? criterion(name).modes[r.mode] : "-";
+}
+
+}  // namespace
+
+TEST(CriterionCatalogue, RowsAreCompleteAndFoundByName)
+{
+    int n = 0;
+    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++, n++) {
+        CriterionInfo const& row = **c;
+        EXPECT_EQ(analysis::findCriterion(row.name), &row);
+        EXPECT_NE(row.modes[0], nullptr) << row.name;
+        EXPECT_LE(row.nparams, analysis::kMaxCriterionParams);
+        for (int i = 0; i < row.nparams; i++) {
+            EXPECT_GE(row.params[i].def, row.params[i].min) << row.name;
+            EXPECT_LE(row.params[i].def, row.params[i].max) << row.name;
+        }
+    }
+    EXPECT_EQ(n, 8);
+    EXPECT_EQ(analysis::findCriterion("larc04"), nullptr);
+    EXPECT_EQ(analysis::wordIndex(criterion("puck").modes, "IFF-C"), 4);
+    EXPECT_STREQ(analysis::verdictWord(Verdict::NoStrength), "nostrength");
+    EXPECT_DOUBLE_EQ(analysis::marginOfSafety(2.0, 1.5), 1.0 / 3.0);
+}
+
+// Each criterion reduces to the strength under each uniaxial stress, in
+// tension and in compression: RF = strength / stress, with its mode word.
+TEST(CriterionUniaxial, ReserveFactorIsStrengthOverStress)
+{
+    CriterionPly ply = carbon();
+    ply.site = analysis::PlySite::Unidirectional;  // LaRC03 without in-situ strengths
+    struct Case {
+        PlyStress mech;
+        double strength;
+        char const* word;  // of maxstress and maxstrain
+    };
+    Case const cases[] = {{{100, 0, 0}, 2560, "fibre-tension"},
+                          {{-100, 0, 0}, 1590, "fibre-compression"},
+                          {{0, 10, 0}, 73, "matrix-tension"},
+                          {{0, -10, 0}, 185, "matrix-compression"},
+                          {{0, 0, 10}, 90, "shear"},
+                          {{0, 0, -10}, 90, "shear"}};
+    char const* const names[] = {"maxstress", "maxstrain", "tsaihill", "hoffman",
+                                 "tsaiwu2d",  "hashin2d",  "puck",     "larc03"};
+    for (char const* name : names) {
+        for (Case const& c : cases) {
+            double const stress = std::fabs(c.mech.s1 + c.mech.s2 + c.mech.t12);
+            Rating const r = rate(name, ply, {0, 0, 0}, c.mech);
+            EXPECT_EQ(r.verdict, Verdict::Ok) << name;
+            EXPECT_NEAR(r.rf, c.strength / stress, 1e-12 * r.rf) << name << " " << c.word;
+            EXPECT_NEAR(indexAt(name, ply, {0, 0, 0}, c.mech, r), 1.0, 1e-12) << name;
+            if (std::strncmp(name, "max", 3) == 0) {
+                EXPECT_EQ(mode(name, r), c.word) << name;
+            }
+        }
+    }
+    // The mode words of the criteria with modes of their own.
+    EXPECT_EQ(mode("puck", rate("puck", ply, {0, 0, 0}, {0, -10, 0})), "IFF-C");
+    EXPECT_EQ(mode("puck", rate("puck", ply, {0, 0, 0}, {0, 0, 10})), "IFF-A");
+    EXPECT_EQ(mode("puck", rate("puck", ply, {0, 0, 0}, {-100, 0, 0})), "FF-c");
+    EXPECT_EQ(mode("hashin2d", rate("hashin2d", ply, {0, 0, 0}, {0, -10, 0})),
+              "matrix-compression");
+    EXPECT_EQ(mode("larc03", rate("larc03", ply, {0, 0, 0}, {-100, 0, 0})), "fibre-kinking");
+    EXPECT_EQ(mode("larc03", rate("larc03", ply, {0, 0, 0}, {0, 0, 10})), "matrix-tension");
+    // Hoffman and Tsai-Wu 2-D, with the published F12* = -1/2, differ under
+    // biaxial stress only through the interaction term: at s1 = s2 = s both
+    // are (F11 + F22 + 2 F12) s^2 + (F1 + F2) s.
+    double const F11 = 1.0 / (2560.0 * 1590), F22 = 1.0 / (73.0 * 185);
+    double const F1 = 1 / 2560.0 - 1 / 1590.0, F2 = 1 / 73.0 - 1 / 185.0;
+    double const a = F11 + F22 - std::sqrt(F11 * F22), b = F1 + F2;
+    double const s = (std::sqrt(b * b + 4 * a) - b) / (2 * a);
+    EXPECT_NEAR(rate("tsaiwu2d", ply, {0, 0, 0}, {1, 1, 0}).rf, s, 1e-12 * s);
+}
+
+// Residual stresses alone: failure gives RF 0 and "residual"; nothing
+// mechanical gives +inf and "never"; the path starts from the residual state.
+TEST(CriterionResidual, ResidualStateSetsTheStartOfThePath)
+{
+    CriterionPly const ply = carbon();
+    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+        char const* name = (*c)->name;
+        Rating r = rate(name, ply, {0, 400, 0}, {100, 0, 0});
+        EXPECT_EQ(r.verdict, Verdict::Residual) << name;
+        EXPECT_EQ(r.rf, 0.0) << name;
+        EXPECT_GE(indexAt(name, ply, {0, 400, 0}, {100, 0, 0}, r), 1.0) << name;
+        EXPECT_EQ(mode(name, r), std::strcmp(name, "puck") ? "matrix-tension" : "IFF-A");
+        EXPECT_STREQ(analysis::verdictWord(r.verdict), "residual");
+
+        r = rate(name, ply, {0, 20, 0}, {0, 0, 0});
+        EXPECT_EQ(r.verdict, Verdict::Never) << name;
+        EXPECT_EQ(r.rf, kInf) << name;
+        EXPECT_EQ(r.mode, -1) << name;
+        EXPECT_LT(indexAt(name, ply, {0, 20, 0}, {0, 0, 0}, r), 1.0) << name;
+    }
+    // Max stress: a residual transverse tension of 30 leaves 73 - 30 to the
+    // load; a residual compression of 30 adds 30 to it.
+    EXPECT_DOUBLE_EQ(rate("maxstress", ply, {0, 30, 0}, {0, 10, 0}).rf, 4.3);
+    EXPECT_DOUBLE_EQ(rate("maxstress", ply, {0, -30, 0}, {0, 10, 0}).rf, 10.3);
+    // Tsai-Hill: the load path leaves transverse compression for tension at
+    // RF = 3; from there (s2/73)^2 = 1 at RF = 3 + 7.3.
+    EXPECT_NEAR(rate("tsaihill", ply, {0, -30, 0}, {0, 10, 0}).rf, 10.3, 1e-12);
+}
+
+// What a ply lacks, a stress that is not finite and a parameter out of range
+// each give their word and a factor of 0, never "never fails".
+TEST(CriterionRefusal, MissingDataHasItsWord)
+{
+    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+        CriterionPly ply = carbon();
+        ply.given &= ~analysis::kGivenYc;
+        Rating r = rate((*c)->name, ply, {0, 0, 0}, {0, 0, 10});
+        EXPECT_EQ(r.verdict, Verdict::NoStrength) << (*c)->name;
+        EXPECT_EQ(r.rf, 0.0);
+        r = rate((*c)->name, carbon(), {0, 0, 0}, {NAN, 0, 10});
+        EXPECT_EQ(r.verdict, Verdict::NonFinite) << (*c)->name;
+        r = rate((*c)->name, carbon(), {kInf, 0, 0}, {0, 0, 10});
+        EXPECT_EQ(r.verdict, Verdict::NonFinite) << (*c)->name;
+        EXPECT_EQ(analysis::assess(PreparedCriterion{*c, Verdict::NoData, {}}, {0, 0, 0}).verdict,
+                  Verdict::NoData);
+    }
+    CriterionPly ply = carbon();
+    ply.Yc = -185;  // given but not usable
+    EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoStrength);
+
+    ply = carbon();
+    ply.given &= ~(analysis::kGivenGIc | analysis::kGivenGIIc);
+    EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);  // thin ply
+    ply.t = 1.0;  // thick: its in-situ strengths need no toughness
+    EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::Ok);
+    ply.G12 = 1000;  // below Xc: no misalignment model
+    EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);
+
+    ply = carbon();
+    ply.fibre = analysis::FibreKind::Other;  // no default inclinations
+    EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);
+    ply.set(analysis::kGivenPParT, 0.3);
+    ply.set(analysis::kGivenPParC, 0.25);
+    EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::Ok);
+
+    ply = carbon();
+    ply.given &= ~analysis::kGivenXt;  // a strain allowable stands in for it
+    EXPECT_EQ(rate("maxstrain", ply, {0, 0, 0}, {1, 0, 0}).verdict, Verdict::NoStrength);
+    ply.set(analysis::kGivenE1t, 0.015);
+    EXPECT_DOUBLE_EQ(rate("maxstrain", ply, {0, 0, 0}, {1610, 0, 0}).rf, 1.5);
+
+    double const f12[] = {2.0};
+    EXPECT_EQ(rate("tsaiwu2d", carbon(), {0, 0, 0}, {0, 0, 1}, f12).verdict, Verdict::BadParameter);
+    double const half[] = {0.5, 0.5, 0.5};  // weakening is 0 or 1
+    EXPECT_EQ(rate("puck", carbon(), {0, 0, 0}, {0, 0, 1}, half).verdict, Verdict::BadParameter);
+}
+
+namespace {
+
+// The first r at which the index reaches 1 along res + r mech, by a plain
+// scan of 4000 steps on [0, top] and bisection of the first step that
+// reaches 1; +inf when none does.
+double bisection(PreparedCriterion const& p, PlyStress res, PlyStress mech, double top)
+{
+    auto index = [&](double r) {
+        PlyStress const s{res.s1 + r * mech.s1, res.s2 + r * mech.s2, res.t12 + r * mech.t12};
+        return analysis::assess(p, s).index;
+    };
+    int const steps = 4000;
+    double lo = 0.0;
+    for (int i = 1; i <= steps; i++) {
+        double hi = top * i / steps;
+        if (index(hi) < 1.0) {
+            lo = hi;
+            continue;
+        }
+        for (int j = 0; j < 200 && hi - lo > 1e-15 * hi; j++) {
+            double const mid = 0.5 * (lo + hi);
+            (index(mid) >= 1.0 ? hi : lo) = mid;
+        }
+        return 0.5 * (lo + hi);
+    }
+    return kInf;
+}
+
+// A random ply around the carbon one: strengths, stiffness, thickness, site
+// and inclinations varied.
+CriterionPly randomPly(std::mt19937& gen)
+{
+    std::uniform_real_distribution<double> u(0.6, 1.4);
+    CriterionPly p = carbon();
+    p.E1 *= u(gen);
+    p.E2 *= u(gen);
+    p.G12 *= u(gen);
+    p.set(analysis::kGivenXt, p.Xt * u(gen));
+    p.set(analysis::kGivenXc, p.Xc * u(gen));
+    p.set(analysis::kGivenYt, p.Yt * u(gen));
+    p.set(analysis::kGivenYc, p.Yc * u(gen));
+    p.set(analysis::kGivenS12, p.S12 * u(gen));
+    p.set(analysis::kGivenGIc, p.GIc * u(gen));
+    p.set(analysis::kGivenGIIc, p.GIIc * u(gen));
+    double const sites = std::uniform_real_distribution<double>(0, 3)(gen);
+    p.site = sites < 1   ? analysis::PlySite::Embedded
+             : sites < 2 ? analysis::PlySite::Outer
+                         : analysis::PlySite::Unidirectional;
+    p.t = u(gen) < 1.0 ? 0.125 * u(gen) : 1.0 * u(gen);
+    p.fibre = u(gen) < 1.0 ? analysis::FibreKind::Carbon : analysis::FibreKind::Glass;
+    return p;
+}
+
+}  // namespace
+
+// The reserve factor from the closed forms (and from the bracketed roots of
+// LaRC03 and of Puck with weakening) equals a plain bisection on the index
+// within 1e-9, on random plies and random paths with residual stresses.
+TEST(CriterionRandomPaths, ReserveFactorMatchesBisection)
+{
+    std::mt19937 gen(21);
+    std::uniform_real_distribution<double> u(-1.0, 1.0);
+    struct Run {
+        char const* name;
+        double params[3];
+        int nparams;
+    };
+    Run const runs[] = {{"maxstress", {}, 0},       {"maxstrain", {}, 0},       {"tsaihill", {}, 0},
+                        {"hoffman", {}, 0},         {"tsaiwu2d", {-0.5}, 1},    {"hashin2d", {}, 0},
+                        {"puck", {0, 0.5, 0.5}, 3}, {"puck", {1, 0.5, 0.5}, 3}, {"larc03", {}, 0}};
+    for (Run const& run : runs) {
+        int rated = 0;
+        std::map<int, int> hist;
+        for (int trial = 0; trial < 300; trial++) {
+            CriterionPly const ply = randomPly(gen);
+            PreparedCriterion p;
+            Verdict const v = analysis::prepare(criterion(run.name), ply, run.params, p);
+            // Only LaRC03 may refuse a random ply: a thin ply's in-situ shear
+            // strength can leave no misalignment angle that fails at Xc.
+            if (v == Verdict::NoData && std::strcmp(run.name, "larc03") == 0) continue;
+            ASSERT_EQ(v, Verdict::Ok) << run.name;
+            // Residual stresses up to about half the strengths, mechanical
+            // ones about the strengths; some components 0.
+            PlyStress res{800 * u(gen), 40 * u(gen), 40 * u(gen)};
+            PlyStress mech{2000 * u(gen), 100 * u(gen), 80 * u(gen)};
+            if (trial % 7 == 0) mech.s1 = 0.0;
+            if (trial % 11 == 0) res.t12 = 0.0;
+            if (analysis::assess(p, res).index >= 1.0) continue;
+            Rating const r = analysis::rate(p, res, mech);
+            double const top = r.rf < kInf ? 2.0 * r.rf : 1e3;
+            double const ref = bisection(p, res, mech, top);
+            if (r.rf == kInf) {
+                EXPECT_EQ(ref, kInf) << run.name << " trial " << trial;
+                continue;
+            }
+            EXPECT_EQ(r.verdict, Verdict::Ok);
+            EXPECT_NEAR(r.rf, ref, 1e-9 * ref) << run.name << " trial " << trial;
+            rated++;
+            hist[r.mode]++;
+        }
+        EXPECT_GT(rated, 200) << run.name;
+        // Every mode has been the first to fail on some path.
+        for (int m = 0; criterion(run.name).modes[m]; m++)
+            EXPECT_GT(hist[m], 0) << run.name << " " << criterion(run.name).modes[m];
+    }
+}
+
+// Stresses from 1e-30 to 1e90, exact zeros and both signs: every criterion
+// answers a factor that is 0, positive or +inf (never NaN) and a finite
+// index, without throwing.
+TEST(CriterionRandomPaths, ExtremeStressesGiveNumbers)
+{
+    std::mt19937 gen(5);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    auto stress = [&]() {
+        double const pick = u(gen);
+        if (pick < 0.15) return 0.0;
+        double const v = std::pow(10.0, -30.0 + 120.0 * u(gen));
+        return pick < 0.6 ? v : -v;
+    };
+    double const weak[] = {1, 0.5, 0.5};
+    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+        for (double const* params : {static_cast<double const*>(nullptr), weak}) {
+            if (params && std::strcmp((*c)->name, "puck") != 0) continue;
+            PreparedCriterion p;
+            ASSERT_EQ(analysis::prepare(**c, carbon(), params, p), Verdict::Ok);
+            for (int trial = 0; trial < 2000; trial++) {
+                PlyStress const res{stress(), stress(), stress()};
+                PlyStress const mech{stress(), stress(), stress()};
+                Rating const r = analysis::rate(p, res, mech);
+                EXPECT_TRUE(r.verdict == Verdict::Ok || r.verdict == Verdict::Never ||
+                            r.verdict == Verdict::Residual)
+                    << (*c)->name;
+                EXPECT_GE(r.rf, 0.0) << (*c)->name;
+                EXPECT_EQ(r.rf == 0.0, r.verdict == Verdict::Residual) << (*c)->name;
+                double const index = analysis::assess(p, res).index;
+                EXPECT_TRUE(std::isfinite(index)) << (*c)->name;
+                EXPECT_EQ(index >= 1.0, r.verdict == Verdict::Residual) << (*c)->name;
+            }
+        }
+    }
+}
