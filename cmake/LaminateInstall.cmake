@@ -32,7 +32,8 @@ set(LAMINATE_PKGCONFIG_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig
 # installed-headers test.
 set(LAMINATE_INTERNAL_HEADERS
   linalg/reductions.h
-  laminate/criteria.h)
+  laminate/criteria.h
+  analysis/criterion_path.h)
 
 # The public floors.  tcl/ keeps its tcl.h-dependent headers to itself; its
 # one public header gives C++ code the materials defined through the commands.

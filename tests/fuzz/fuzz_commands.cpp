@@ -30,7 +30,8 @@ char const* const kCommands[] = {
     "laminate_material", "laminate_results",   "last_layer",
     "laminate::define",  "laminate::abd",      "laminate::evaluate",
     "laminate::fpf",     "laminate::batch",    "laminate::envelope",
-    "laminate::material", "laminate::layup",   "laminate::describe"};
+    "laminate::material", "laminate::layup",   "laminate::describe",
+    "laminate::rate"};
 
 // A first-ply failure factor is a number from 0 to Inf, or one of the words
 // that say why there is none; an envelope coordinate is a number (either
@@ -38,8 +39,12 @@ char const* const kCommands[] = {
 // factor.
 bool isWord(Tcl_Obj* o)
 {
+    static char const* const words[] = {"undefined", "overflow",  "nostrength", "nodata",
+                                        "nonfinite", "badparameter"};
     char const* s = Tcl_GetString(o);
-    return std::strcmp(s, "undefined") == 0 || std::strcmp(s, "overflow") == 0;
+    for (char const* w : words)
+        if (std::strcmp(s, w) == 0) return true;
+    return false;
 }
 
 void checkFactor(Tcl_Obj* factor, char const* command)
