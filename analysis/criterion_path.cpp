@@ -1,6 +1,7 @@
 #include "laminate/analysis/criterion_path.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -56,6 +57,50 @@ double numericCrossing(IndexAlong const& g, double lo, double hi, double glo, do
         excess, a, b, ga - 1.0, gb - 1.0, boost::math::tools::eps_tolerance<double>(42),
         iterations);
     return 0.5 * (root.first + root.second);
+}
+
+namespace {
+
+// Slots of a general quadratic's prepared constants: kInv holds 1/Xt, 1/Xc,
+// 1/Yt, 1/Yc, 1/S12, then the coefficients.
+enum { kInv, kF11 = kInv + 5, kF22, kF66, kF12, kF1, kF2 };
+
+Quad generalQuad(double const* k)
+{
+    return Quad{k[kF11], k[kF22], k[kF66], k[kF12], k[kF1], k[kF2], 0, 1};
+}
+
+}  // namespace
+
+Verdict prepareGeneralQuadratic(CriterionPly const& ply, double perF11, double perRoot,
+                                PreparedCriterion& out)
+{
+    if (!ply.has(kGivenStrengths)) return Verdict::NoStrength;
+    double* k = out.k;
+    double const strengths[5] = {ply.Xt, ply.Xc, ply.Yt, ply.Yc, ply.S12};
+    for (int i = 0; i < 5; i++) k[kInv + i] = 1.0 / strengths[i];
+    k[kF11] = 1.0 / (ply.Xt * ply.Xc);
+    k[kF22] = 1.0 / (ply.Yt * ply.Yc);
+    k[kF66] = 1.0 / (ply.S12 * ply.S12);
+    k[kF12] = perF11 * k[kF11] + perRoot * std::sqrt(k[kF11] * k[kF22]);
+    k[kF1] = 1.0 / ply.Xt - 1.0 / ply.Xc;
+    k[kF2] = 1.0 / ply.Yt - 1.0 / ply.Yc;
+    return Verdict::Ok;
+}
+
+Assessment assessGeneralQuadratic(PreparedCriterion const& p, PlyStress const& s)
+{
+    double const* k = p.k;
+    int const m = dominantStress(s, k + kInv);
+    return Assessment{Verdict::Ok, generalQuad(k).value(s), m, {0.0, 0.0}, 0u};
+}
+
+Rating rateGeneralQuadratic(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech)
+{
+    double const* k = p.k;
+    Crossing c{quadCrossing(generalQuad(k), res, mech, 0.0, kInf), -1};
+    if (c.r < kInf) c.mode = dominantStress(along(res, mech, c.r), k + kInv);
+    return rating(c);
 }
 
 }  // namespace criterion_path

@@ -238,6 +238,18 @@ inline int dominantStress(PlyStress const& s, double const inv[5])
     return s.s1 >= 0.0 ? 0 : 1;
 }
 
+// The interactive criteria of one quadratic everywhere (Tsai-Wu, Hoffman):
+//   F11 s1^2 + F22 s2^2 + F66 t12^2 + 2 F12 s1 s2 + F1 s1 + F2 s2 = 1
+// with F11 = 1/(Xt Xc), F22 = 1/(Yt Yc), F66 = 1/S12^2, F1 = 1/Xt - 1/Xc,
+// F2 = 1/Yt - 1/Yc; they differ in F12 only, prepared as
+// F12 = perF11 F11 + perRoot sqrt(F11 F22) (Hoffman: -1/2 and 0; Tsai-Wu:
+// 0 and F12*).  The mode word is the dominant stress of the failure state.
+Verdict prepareGeneralQuadratic(CriterionPly const& ply, double perF11, double perRoot,
+                                PreparedCriterion& out);
+Assessment assessGeneralQuadratic(PreparedCriterion const& p, PlyStress const& s);
+Rating rateGeneralQuadratic(PreparedCriterion const& p, PlyStress const& res,
+                            PlyStress const& mech);
+
 }  // namespace criterion_path
 }  // namespace analysis
 
