@@ -129,14 +129,14 @@ py::dict failureDict(Criterion c, analysis::PlyFailure const& f)
 // The structured dtype of first-ply-failure answers (FailureRow).
 py::dtype failureDtype()
 {
-    py::dict spec;
-    spec["names"] = py::make_tuple("factor", "ply", "face", "mode", "outcome");
-    spec["formats"] = py::make_tuple("<f8", "<i4", "<U6", "<U6", "<U9");
-    spec["offsets"] = py::make_tuple(offsetof(FailureRow, factor), offsetof(FailureRow, ply),
+    py::dict layout;
+    layout["names"] = py::make_tuple("factor", "ply", "face", "mode", "outcome");
+    layout["formats"] = py::make_tuple("<f8", "<i4", "<U6", "<U6", "<U9");
+    layout["offsets"] = py::make_tuple(offsetof(FailureRow, factor), offsetof(FailureRow, ply),
                                      offsetof(FailureRow, face), offsetof(FailureRow, mode),
                                      offsetof(FailureRow, outcome));
-    spec["itemsize"] = sizeof(FailureRow);
-    return py::dtype::from_args(spec);
+    layout["itemsize"] = sizeof(FailureRow);
+    return py::dtype::from_args(layout);
 }
 
 // ---- the laminate ------------------------------------------------------------
@@ -371,14 +371,14 @@ py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string 
         py::gil_scoped_release release;
         pts = analysis::envelope(self.p->analysis(), i, j, c, points);
     }
-    py::dict spec;
-    spec["names"] = py::make_tuple("x", "y", "factor", "ply", "face", "mode", "outcome");
-    spec["formats"] = py::make_tuple("<f8", "<f8", "<f8", "<i4", "<U6", "<U6", "<U9");
-    spec["offsets"] = py::make_tuple(0, 8, 16 + offsetof(FailureRow, factor), 16 + offsetof(FailureRow, ply),
+    py::dict layout;
+    layout["names"] = py::make_tuple("x", "y", "factor", "ply", "face", "mode", "outcome");
+    layout["formats"] = py::make_tuple("<f8", "<f8", "<f8", "<i4", "<U6", "<U6", "<U9");
+    layout["offsets"] = py::make_tuple(0, 8, 16 + offsetof(FailureRow, factor), 16 + offsetof(FailureRow, ply),
                                      16 + offsetof(FailureRow, face), 16 + offsetof(FailureRow, mode),
                                      16 + offsetof(FailureRow, outcome));
-    spec["itemsize"] = 16 + sizeof(FailureRow);
-    py::array out(py::dtype::from_args(spec), std::vector<py::ssize_t>{static_cast<py::ssize_t>(pts.size())});
+    layout["itemsize"] = 16 + sizeof(FailureRow);
+    py::array out(py::dtype::from_args(layout), std::vector<py::ssize_t>{static_cast<py::ssize_t>(pts.size())});
     char* base = static_cast<char*>(out.mutable_data());
     for (size_t k = 0; k < pts.size(); k++) {
         char* row = base + k * (16 + sizeof(FailureRow));

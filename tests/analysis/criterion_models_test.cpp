@@ -7,8 +7,10 @@
 #include "laminate/analysis/criterion.h"
 #include "laminate/analysis/criterion_larc03.h"
 #include "laminate/analysis/criterion_puck.h"
+#include "criterion_plies.h"
 
 using analysis::CriterionPly;
+using criterion_plies::carbon;
 using analysis::PlyStress;
 using analysis::PreparedCriterion;
 using analysis::Verdict;
@@ -16,24 +18,6 @@ using analysis::Verdict;
 namespace {
 
 double const kPi = 3.14159265358979323846;
-
-CriterionPly carbon()
-{
-    CriterionPly p;
-    p.E1 = 161000;
-    p.E2 = 11400;
-    p.nu12 = 0.32;
-    p.G12 = 5170;
-    p.set(analysis::kGivenXt, 2560);
-    p.set(analysis::kGivenXc, 1590);
-    p.set(analysis::kGivenYt, 73);
-    p.set(analysis::kGivenYc, 185);
-    p.set(analysis::kGivenS12, 90);
-    p.set(analysis::kGivenGIc, 0.258);
-    p.set(analysis::kGivenGIIc, 1.08);
-    p.t = 0.125;
-    return p;
-}
 
 PreparedCriterion prepared(char const* name, CriterionPly const& ply,
                            double const* params = nullptr)

@@ -11,9 +11,11 @@
 #include <gtest/gtest.h>
 
 #include "laminate/analysis/criterion.h"
+#include "criterion_plies.h"
 
 using analysis::CriterionInfo;
 using analysis::CriterionPly;
+using criterion_plies::carbon;
 using analysis::PlyStress;
 using analysis::PreparedCriterion;
 using analysis::Rating;
@@ -22,25 +24,6 @@ using analysis::Verdict;
 namespace {
 
 double const kInf = std::numeric_limits<double>::infinity();
-
-// A carbon/epoxy ply in N-mm-MPa with every strength given.
-CriterionPly carbon()
-{
-    CriterionPly p;
-    p.E1 = 161000;
-    p.E2 = 11400;
-    p.nu12 = 0.32;
-    p.G12 = 5170;
-    p.set(analysis::kGivenXt, 2560);
-    p.set(analysis::kGivenXc, 1590);
-    p.set(analysis::kGivenYt, 73);
-    p.set(analysis::kGivenYc, 185);
-    p.set(analysis::kGivenS12, 90);
-    p.set(analysis::kGivenGIc, 0.258);
-    p.set(analysis::kGivenGIIc, 1.08);
-    p.t = 0.125;
-    return p;
-}
 
 CriterionInfo const& criterion(char const* name)
 {
