@@ -5,7 +5,7 @@
 
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // One row per criterion, each defined in its own file.
 extern CriterionInfo const kMaxStress;
@@ -146,4 +146,4 @@ Rating rate(PreparedCriterion const& p, PlyStress const& res, PlyStress const& m
     return r;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -18,7 +18,7 @@
 #ifndef LAMINATE_ANALYSIS_CRITERION_H
 #define LAMINATE_ANALYSIS_CRITERION_H
 
-namespace analysis {
+namespace laminate::analysis {
 
 // A plane stress state in ply axes.
 struct PlyStress {
@@ -184,6 +184,6 @@ Assessment assess(PreparedCriterion const& p, PlyStress const& s);
 // The reserve factor along res + RF * mech; the same guards as assess().
 Rating rate(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech);
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -10,7 +10,7 @@
 // the transverse shear stresses.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -86,4 +86,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kHashin2d = {"hashin2d", kModes,           kNoExtras,   nullptr,
                                         0,          prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -6,7 +6,7 @@
 // failure state.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -28,4 +28,4 @@ extern CriterionInfo const kHoffman = {"hoffman",        kModes,           kNoEx
                                        nullptr,          0,                prepareCriterion,
                                        assessGeneralQuadratic, rateGeneralQuadratic};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -50,7 +50,7 @@
 
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -576,4 +576,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kLarc03 = {"larc03", kModes,           kExtras,     nullptr,
                                       0,        prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

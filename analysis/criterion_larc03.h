@@ -5,7 +5,7 @@
 
 #include "laminate/analysis/criterion.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 struct Larc03Constants {
     bool thin;          // thinner than 0.7 mm (and not a unidirectional ply on its own)
@@ -20,6 +20,6 @@ struct Larc03Constants {
 // ok, or nostrength / nodata with the reason the ply cannot be rated.
 Verdict larc03Constants(CriterionPly const& ply, Larc03Constants& out);
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -7,7 +7,7 @@
 // gives it, named as the stress modes are.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -112,4 +112,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kMaxStrain = {"maxstrain", kModes,           kNoExtras,   nullptr,
                                          0,           prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

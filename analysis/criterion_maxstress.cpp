@@ -3,7 +3,7 @@
 // -s2/Yc, and |t12|/S12; the mode is the stress that gives it.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -70,4 +70,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kMaxStress = {"maxstress", kModes,           kNoExtras,   nullptr,
                                          0,           prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

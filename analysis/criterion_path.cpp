@@ -7,7 +7,7 @@
 
 #include <boost/math/tools/toms748_solve.hpp>
 
-namespace analysis {
+namespace laminate::analysis {
 namespace criterion_path {
 
 double stressRatio(PlyStress const& s, double Xt, double Xc, double Yt, double Yc, double S)
@@ -104,4 +104,4 @@ Rating rateGeneralQuadratic(PreparedCriterion const& p, PlyStress const& res, Pl
 }
 
 }  // namespace criterion_path
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -17,7 +17,7 @@
 
 #include "laminate/analysis/criterion.h"
 
-namespace analysis {
+namespace laminate::analysis {
 namespace criterion_path {
 
 const double kInf = std::numeric_limits<double>::infinity();
@@ -251,6 +251,6 @@ Rating rateGeneralQuadratic(PreparedCriterion const& p, PlyStress const& res,
                             PlyStress const& mech);
 
 }  // namespace criterion_path
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

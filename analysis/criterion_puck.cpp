@@ -34,7 +34,7 @@
 
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -294,4 +294,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kPuck = {"puck", kModes,           kExtras,     kParams,
                                     3,      prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -5,7 +5,7 @@
 
 #include "laminate/analysis/criterion.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 struct PuckConstants {
     double pParT, pParC;  // inclinations p(+) and p(-) perpendicular-parallel, as used
@@ -18,6 +18,6 @@ struct PuckConstants {
 // nor defaulted by the fibre kind).
 bool puckConstants(CriterionPly const& ply, PuckConstants& out);
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -6,7 +6,7 @@
 // stress-to-strength ratio) of the failure state.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -75,4 +75,4 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 extern CriterionInfo const kTsaiHill = {"tsaihill", kModes,           kNoExtras,   nullptr,
                                         0,          prepareCriterion, assessState, ratePath};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

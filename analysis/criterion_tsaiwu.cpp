@@ -10,7 +10,7 @@
 // magnitude and adds the transverse shear terms.
 #include "laminate/analysis/criterion_path.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -33,4 +33,4 @@ extern CriterionInfo const kTsaiWu2d = {"tsaiwu2d",       kModes,           kNoE
                                         kParams,          1,                prepareCriterion,
                                         assessGeneralQuadratic, rateGeneralQuadratic};
 
-}  // namespace analysis
+}  // namespace laminate::analysis

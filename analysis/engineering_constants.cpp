@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -178,4 +178,4 @@ EngineeringConstants engineeringConstants(LaminateAnalysis const& an, PlyPropert
     return e;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

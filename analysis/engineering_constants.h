@@ -19,7 +19,7 @@
 
 #include "laminate/analysis/laminate_analysis.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // What the laminate stiffness does not hold about its layers, layer 1 first.
 // Each pointer is null when the data are not known; otherwise it points to
@@ -84,6 +84,6 @@ void freeExpansion(LaminateAnalysis const& an, double const c[36], double const*
 EngineeringConstants engineeringConstants(LaminateAnalysis const& an,
                                           PlyProperties const& props = PlyProperties());
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

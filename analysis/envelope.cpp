@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::vector<EnvelopePoint> envelope(LaminateAnalysis const& an, int i, int j, Cr
     return out;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

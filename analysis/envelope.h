@@ -7,7 +7,7 @@
 
 #include "laminate/analysis/laminate_analysis.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 struct EnvelopePoint {
     double x, y;         // the failure load: factor times the ray's direction
@@ -26,6 +26,6 @@ struct EnvelopePoint {
 std::vector<EnvelopePoint> envelope(LaminateAnalysis const& an, int i, int j, Criterion c,
                                     int points);
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

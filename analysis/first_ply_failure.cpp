@@ -43,7 +43,7 @@
 using laminate_model::LayerState;
 using laminate_model::PlyData;
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -1083,4 +1083,4 @@ PlyFailure LaminateAnalysis::firstPlyFailure(double const loads[8], Criterion c)
     return r;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -5,7 +5,7 @@
 
 #include "laminate/analysis/engineering_constants.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -116,4 +116,4 @@ ShearPoint InterlaminarShear::at(double z, double const loads[8]) const
     return r;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

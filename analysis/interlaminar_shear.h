@@ -32,7 +32,7 @@
 
 #include "laminate/analysis/laminate_analysis.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 struct ShearPoint {
     double z;
@@ -87,6 +87,6 @@ private:
     std::vector<double> unit_;  // 4 values per point, in the order of Layer::base
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

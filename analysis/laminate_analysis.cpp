@@ -5,7 +5,7 @@
 using laminate_model::LayerState;
 using laminate_model::PlyData;
 
-namespace analysis {
+namespace laminate::analysis {
 
 LaminateAnalysis::LaminateAnalysis() : status_(NotPrepared), thickness_(0.0) {}
 
@@ -141,4 +141,4 @@ void LaminateAnalysis::evaluate(double const loads[8], Evaluation& out) const
     }
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

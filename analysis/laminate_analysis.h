@@ -29,7 +29,7 @@
 #include "laminate/laminate/ply_criteria.h"
 #include "laminate/linalg/matriu.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // Marks a criterion value of a layer that is not assessed (failure flag 0, or
 // no stress at all), as lamina1's criteria do.
@@ -166,6 +166,6 @@ private:
     std::vector<double> source_;  // the material state prepared from
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

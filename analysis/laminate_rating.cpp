@@ -6,7 +6,7 @@
 
 #include "laminate/laminate/layer_recovery.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -227,4 +227,4 @@ std::vector<RatedEnvelopePoint> ratedEnvelope(LaminateRating const& rating, int 
     return out;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -32,7 +32,7 @@
 #include "laminate/analysis/ply_material.h"
 #include "laminate/analysis/residual_stress.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // Where layer (1..layers) sits for LaRC03's in-situ strengths: a laminate of
 // one layer is a ply on its own (Unidirectional), layer 1 and the last one
@@ -151,6 +151,6 @@ struct RatedEnvelopePoint {
 std::vector<RatedEnvelopePoint> ratedEnvelope(LaminateRating const& rating, int i, int j,
                                               int criterion, int points, double dT, double dM);
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -6,7 +6,7 @@
 
 #include "laminate/analysis/ply_material.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -309,4 +309,4 @@ bool LayupNotation::repeat(Cursor const& at, std::vector<double>& seq, int count
     return true;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

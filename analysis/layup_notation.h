@@ -29,7 +29,7 @@
 #include <string>
 #include <vector>
 
-namespace analysis {
+namespace laminate::analysis {
 
 class LayupNotation {
 public:
@@ -80,6 +80,6 @@ private:
     Refusal refusal_;
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -117,4 +117,4 @@ std::string LayupRecord::Refusal::message() const
     return "";
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -25,7 +25,7 @@
 
 #include "laminate/analysis/ply_material.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // One ply of a layup.
 struct LayupPly {
@@ -87,6 +87,6 @@ private:
     Refusal refusal_;
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

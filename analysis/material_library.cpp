@@ -2,7 +2,7 @@
 // by PlyMaterial with its refusal traced back to a line.
 #include "laminate/analysis/material_library.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -109,4 +109,4 @@ bool MaterialLibrary::finish(std::string const& name, int header,
     return true;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -18,7 +18,7 @@
 
 #include "laminate/analysis/ply_material.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 class MaterialLibrary {
 public:
@@ -54,6 +54,6 @@ private:
     Refusal refusal_;
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <strings.h>
 
-namespace analysis {
+namespace laminate::analysis {
 
 namespace {
 
@@ -294,4 +294,4 @@ std::string PlyMaterial::Refusal::message() const
     return key + ": " + what + ", got " + value;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

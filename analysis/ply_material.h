@@ -30,7 +30,7 @@
 
 #include "laminate/laminate/decimal.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 // Values are read with the record's number grammar (laminate/decimal.h).
 using laminate_model::DecimalRead;
@@ -147,6 +147,6 @@ private:
     Refusal refusal_;
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

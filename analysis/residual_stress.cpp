@@ -2,7 +2,7 @@
 
 #include "laminate/analysis/engineering_constants.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 ResidualStress::ResidualStress(LaminateAnalysis const& an, double const* alpha,
                                double const* beta)
@@ -74,4 +74,4 @@ void ResidualStress::stressLaminateAxes(int layer, Face face, double dT, double 
     for (int i = 0; i < 3; i++) out[i] = f.lam[i] * dT + f.lam[i + 3] * dM;
 }
 
-}  // namespace analysis
+}  // namespace laminate::analysis

@@ -32,7 +32,7 @@
 #include "laminate/analysis/criterion.h"
 #include "laminate/analysis/laminate_analysis.h"
 
-namespace analysis {
+namespace laminate::analysis {
 
 class ResidualStress {
 public:
@@ -79,6 +79,6 @@ private:
     std::vector<FaceUnit> faces_;  // layer 1 top, layer 1 bottom, layer 2 top ...
 };
 
-}  // namespace analysis
+}  // namespace laminate::analysis
 
 #endif

@@ -17,7 +17,7 @@ namespace {
 // A carbon/epoxy stack [0/45/-45/90]s, N-mm-MPa.
 struct Model {
     lamina1 lam;
-    analysis::LaminateAnalysis an;
+    laminate::analysis::LaminateAnalysis an;
     std::vector<double> sw, alpha, beta;
     double loads[8] = {300, 100, 40, 10, 0, 3, 6, 3};
 
@@ -32,7 +32,7 @@ struct Model {
         }
         if (lam.LeerCampoMater(&r[0], 1.0, 1.0, 1.0) != 0) std::abort();
         lam.calcDefinition();
-        if (an.prepare(lam) != analysis::LaminateAnalysis::Ok) std::abort();
+        if (an.prepare(lam) != laminate::analysis::LaminateAnalysis::Ok) std::abort();
         for (int k = 0; k < 8; k++) {
             sw.push_back(1.5e-5);
             alpha.insert(alpha.end(), {-0.3e-6, 28e-6});
@@ -44,12 +44,12 @@ struct Model {
 void BM_EngineeringConstants(benchmark::State& state)
 {
     Model m;
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.sw = m.sw.data();
     props.alpha = m.alpha.data();
     props.beta = m.beta.data();
     for (auto _ : state) {
-        analysis::EngineeringConstants e = analysis::engineeringConstants(m.an, props);
+        laminate::analysis::EngineeringConstants e = laminate::analysis::engineeringConstants(m.an, props);
         benchmark::DoNotOptimize(e.Ex);
     }
     state.SetItemsProcessed(state.iterations());
@@ -60,7 +60,7 @@ BENCHMARK(BM_EngineeringConstants);
 void BM_InterlaminarPrepare(benchmark::State& state)
 {
     Model m;
-    analysis::InterlaminarShear shear;
+    laminate::analysis::InterlaminarShear shear;
     for (auto _ : state) {
         shear.prepare(m.an);
         benchmark::DoNotOptimize(shear.points());
@@ -73,8 +73,8 @@ BENCHMARK(BM_InterlaminarPrepare);
 void BM_InterlaminarProfile(benchmark::State& state)
 {
     Model m;
-    analysis::InterlaminarShear const shear(m.an);
-    std::vector<analysis::ShearPoint> pts;
+    laminate::analysis::InterlaminarShear const shear(m.an);
+    std::vector<laminate::analysis::ShearPoint> pts;
     for (auto _ : state) {
         shear.profile(m.loads, pts);
         benchmark::DoNotOptimize(pts.data());
@@ -87,7 +87,7 @@ BENCHMARK(BM_InterlaminarProfile);
 void BM_Evaluate(benchmark::State& state)
 {
     Model m;
-    analysis::Evaluation ev;
+    laminate::analysis::Evaluation ev;
     for (auto _ : state) {
         m.an.evaluate(m.loads, ev);
         benchmark::DoNotOptimize(ev.plies.data());

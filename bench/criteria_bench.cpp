@@ -15,10 +15,10 @@
 
 namespace {
 
-using analysis::CriterionInfo;
-using analysis::CriterionPly;
-using analysis::PlyStress;
-using analysis::PreparedCriterion;
+using laminate::analysis::CriterionInfo;
+using laminate::analysis::CriterionPly;
+using laminate::analysis::PlyStress;
+using laminate::analysis::PreparedCriterion;
 
 const int kPlies = 8;
 const int kFaces = 2 * kPlies;
@@ -141,16 +141,16 @@ struct Laminate {
             p.E2 = E2;
             p.nu12 = nu12;
             p.G12 = G12;
-            p.set(analysis::kGivenXt, 2560);
-            p.set(analysis::kGivenXc, 1590);
-            p.set(analysis::kGivenYt, 73);
-            p.set(analysis::kGivenYc, 185);
-            p.set(analysis::kGivenS12, 90);
-            p.set(analysis::kGivenGIc, 0.258);
-            p.set(analysis::kGivenGIIc, 0.8);
+            p.set(laminate::analysis::kGivenXt, 2560);
+            p.set(laminate::analysis::kGivenXc, 1590);
+            p.set(laminate::analysis::kGivenYt, 73);
+            p.set(laminate::analysis::kGivenYc, 185);
+            p.set(laminate::analysis::kGivenS12, 90);
+            p.set(laminate::analysis::kGivenGIc, 0.258);
+            p.set(laminate::analysis::kGivenGIIc, 0.8);
             p.t = t;
             p.site =
-                k == 0 || k == kPlies - 1 ? analysis::PlySite::Outer : analysis::PlySite::Embedded;
+                k == 0 || k == kPlies - 1 ? laminate::analysis::PlySite::Outer : laminate::analysis::PlySite::Embedded;
         }
     }
 };
@@ -167,7 +167,7 @@ void rateCases(benchmark::State& state, CriterionInfo const* c, double const* pa
     Laminate const& lam = laminate();
     PreparedCriterion prepared[kPlies];
     for (int k = 0; k < kPlies; k++)
-        if (analysis::prepare(*c, lam.ply[k], params, prepared[k]) != analysis::Verdict::Ok) {
+        if (laminate::analysis::prepare(*c, lam.ply[k], params, prepared[k]) != laminate::analysis::Verdict::Ok) {
             state.SkipWithError("ply refused");
             return;
         }
@@ -177,8 +177,8 @@ void rateCases(benchmark::State& state, CriterionInfo const* c, double const* pa
         PlyStress const* mech = &lam.mech[i * kFaces];
         double first = std::numeric_limits<double>::infinity();
         for (int f = 0; f < kFaces; f++) {
-            analysis::Rating const r =
-                analysis::rate(prepared[f / 2], residual ? lam.res[f] : none, mech[f]);
+            laminate::analysis::Rating const r =
+                laminate::analysis::rate(prepared[f / 2], residual ? lam.res[f] : none, mech[f]);
             first = std::min(first, r.rf);
         }
         benchmark::DoNotOptimize(first);
@@ -190,15 +190,15 @@ void rateCases(benchmark::State& state, CriterionInfo const* c, double const* pa
 int registerAll()
 {
     static double const weakening[] = {1, 0.5, 0.5};
-    for (int i = 0; analysis::kCriteria[i]; i++) {
-        CriterionInfo const* c = analysis::kCriteria[i];
+    for (int i = 0; laminate::analysis::kCriteria[i]; i++) {
+        CriterionInfo const* c = laminate::analysis::kCriteria[i];
         for (bool residual : {true, false})
             benchmark::RegisterBenchmark(
                 (std::string("criteria/") + c->name + (residual ? "/dT" : "/mechanical")).c_str(),
                 rateCases, c, nullptr, residual);
     }
     benchmark::RegisterBenchmark("criteria/puck-weakening/dT", rateCases,
-                                 analysis::findCriterion("puck"), weakening, true);
+                                 laminate::analysis::findCriterion("puck"), weakening, true);
     return 0;
 }
 

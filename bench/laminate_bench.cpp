@@ -129,8 +129,8 @@ void BM_RateLaminate(benchmark::State& state)
 {
     const int n = static_cast<int>(state.range(0));
     Model m(n);
-    analysis::LaminateAnalysis an(m.lam);
-    analysis::Evaluation ev;
+    laminate::analysis::LaminateAnalysis an(m.lam);
+    laminate::analysis::Evaluation ev;
     for (auto _ : state) {
         an.evaluate(m.loads.data, ev);
         benchmark::DoNotOptimize(ev.plies[n - 1].tsaiWu);
@@ -139,26 +139,26 @@ void BM_RateLaminate(benchmark::State& state)
 }
 BENCHMARK(BM_RateLaminate)->Arg(8);
 
-template <analysis::Criterion C>
+template <laminate::analysis::Criterion C>
 void BM_FirstPlyFailure(benchmark::State& state)
 {
     const int n = static_cast<int>(state.range(0));
     Model m(n);
-    analysis::LaminateAnalysis an(m.lam);
+    laminate::analysis::LaminateAnalysis an(m.lam);
     for (auto _ : state) benchmark::DoNotOptimize(an.firstPlyFailure(m.loads.data, C).factor);
     state.SetItemsProcessed(state.iterations());
 }
 void BM_FirstPlyFailureTsaiWu(benchmark::State& state)
 {
-    BM_FirstPlyFailure<analysis::Criterion::TsaiWu>(state);
+    BM_FirstPlyFailure<laminate::analysis::Criterion::TsaiWu>(state);
 }
 void BM_FirstPlyFailureHashin(benchmark::State& state)
 {
-    BM_FirstPlyFailure<analysis::Criterion::Hashin>(state);
+    BM_FirstPlyFailure<laminate::analysis::Criterion::Hashin>(state);
 }
 void BM_FirstPlyFailureLaRC04(benchmark::State& state)
 {
-    BM_FirstPlyFailure<analysis::Criterion::LaRC04>(state);
+    BM_FirstPlyFailure<laminate::analysis::Criterion::LaRC04>(state);
 }
 BENCHMARK(BM_FirstPlyFailureTsaiWu)->Arg(8);
 BENCHMARK(BM_FirstPlyFailureHashin)->Arg(8);
@@ -167,11 +167,11 @@ BENCHMARK(BM_FirstPlyFailureLaRC04)->Arg(8);
 // The same over 64 load cases of every kind (each resultant scaled by a
 // fixed pseudo-random factor in [-1, 1], a quarter of them 0), so that every
 // LaRC04 mode and every way of searching it takes its share; per case.
-template <analysis::Criterion C>
+template <laminate::analysis::Criterion C>
 void BM_FirstPlyFailureCases(benchmark::State& state)
 {
     Model m(8);
-    analysis::LaminateAnalysis an(m.lam);
+    laminate::analysis::LaminateAnalysis an(m.lam);
     std::vector<double> cases(64 * 8);
     unsigned seed = 12345;
     for (size_t i = 0; i < cases.size(); i++) {
@@ -186,15 +186,15 @@ void BM_FirstPlyFailureCases(benchmark::State& state)
 }
 void BM_FirstPlyFailureCasesTsaiWu(benchmark::State& state)
 {
-    BM_FirstPlyFailureCases<analysis::Criterion::TsaiWu>(state);
+    BM_FirstPlyFailureCases<laminate::analysis::Criterion::TsaiWu>(state);
 }
 void BM_FirstPlyFailureCasesHashin(benchmark::State& state)
 {
-    BM_FirstPlyFailureCases<analysis::Criterion::Hashin>(state);
+    BM_FirstPlyFailureCases<laminate::analysis::Criterion::Hashin>(state);
 }
 void BM_FirstPlyFailureCasesLaRC04(benchmark::State& state)
 {
-    BM_FirstPlyFailureCases<analysis::Criterion::LaRC04>(state);
+    BM_FirstPlyFailureCases<laminate::analysis::Criterion::LaRC04>(state);
 }
 BENCHMARK(BM_FirstPlyFailureCasesTsaiWu);
 BENCHMARK(BM_FirstPlyFailureCasesHashin);

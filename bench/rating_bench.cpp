@@ -26,8 +26,8 @@ std::string record()
 
 struct Fixture {
     lamina1 lam;
-    analysis::LaminateAnalysis an;
-    analysis::LaminateRating rating;
+    laminate::analysis::LaminateAnalysis an;
+    laminate::analysis::LaminateRating rating;
     std::vector<double> loads;
 
     Fixture()
@@ -36,18 +36,18 @@ struct Fixture {
         lam.LeerCampoMater(&text[0], 1.0, 1.0, 1.0);
         lam.calcDefinition();
         an.prepare(lam);
-        std::vector<analysis::CriterionPly> plies;
+        std::vector<laminate::analysis::CriterionPly> plies;
         std::vector<double> alpha;
         for (int k = 1; k <= 8; k++) {
-            analysis::CriterionPly p =
-                analysis::criterionPly(an.plies()[k - 1].data, analysis::plySite(k, 8));
-            p.fibre = analysis::FibreKind::Carbon;
-            p.set(analysis::kGivenGIc, 0.258);
-            p.set(analysis::kGivenGIIc, 1.08);
+            laminate::analysis::CriterionPly p =
+                laminate::analysis::criterionPly(an.plies()[k - 1].data, laminate::analysis::plySite(k, 8));
+            p.fibre = laminate::analysis::FibreKind::Carbon;
+            p.set(laminate::analysis::kGivenGIc, 0.258);
+            p.set(laminate::analysis::kGivenGIIc, 1.08);
             plies.push_back(p);
             alpha.insert(alpha.end(), {-0.5e-6, 30e-6});
         }
-        rating = analysis::LaminateRating(an, plies, alpha.data(), nullptr);
+        rating = laminate::analysis::LaminateRating(an, plies, alpha.data(), nullptr);
         // Membrane loads and small moments, any sign.
         std::mt19937 gen(7);
         std::uniform_real_distribution<double> u(-1.0, 1.0);
@@ -66,10 +66,10 @@ void firstPlyFailure(benchmark::State& state)
 {
     Fixture const& f = fixture();
     int const c = static_cast<int>(state.range(0));
-    state.SetLabel(analysis::kCriteria[c]->name);
+    state.SetLabel(laminate::analysis::kCriteria[c]->name);
     for (auto _ : state) {
         for (int i = 0; i < kCases; i++) {
-            analysis::LaminateFailure const r =
+            laminate::analysis::LaminateFailure const r =
                 f.rating.firstPlyFailure(c, {&f.loads[8 * i], -150.0, 0.0});
             benchmark::DoNotOptimize(r);
         }

@@ -9,10 +9,10 @@
 
 #include "errors.h"
 
-using analysis::Criterion;
-using analysis::Face;
-using analysis::Outcome;
-using analysis::PlyFailure;
+using laminate::analysis::Criterion;
+using laminate::analysis::Face;
+using laminate::analysis::Outcome;
+using laminate::analysis::PlyFailure;
 
 namespace pylaminate {
 
@@ -94,7 +94,7 @@ void fillRow(Criterion c, PlyFailure const& f, FailureRow& row)
     putWord(row.outcome, outcomeWord(f.outcome));
 }
 
-void rateRows(analysis::LaminateAnalysis const& an, Criterion c, double const* loads, size_t rows,
+void rateRows(laminate::analysis::LaminateAnalysis const& an, Criterion c, double const* loads, size_t rows,
               FailureRow* out, int threads)
 {
     auto block = [&an, c, loads, out](size_t first, size_t last) {

@@ -29,9 +29,9 @@ struct FailureRow {
 static_assert(sizeof(FailureRow) == 96, "FailureRow must have no padding");
 
 // The words of an answer, as the Tcl commands give them.
-char const* faceWord(analysis::Face f);                       // none top bottom
-char const* modeWord(analysis::Criterion c, analysis::PlyFailure const& f);  // tsaiwu matrix fibre m1..m6 none
-char const* outcomeWord(analysis::Outcome o);                 // fails never undefined overflow
+char const* faceWord(laminate::analysis::Face f);                       // none top bottom
+char const* modeWord(laminate::analysis::Criterion c, laminate::analysis::PlyFailure const& f);  // tsaiwu matrix fibre m1..m6 none
+char const* outcomeWord(laminate::analysis::Outcome o);                 // fails never undefined overflow
 
 // Throws LoadsError for the first value of rows x 8 loads that is not
 // finite, naming the case (from 1) and the value as laminate::batch does.
@@ -41,12 +41,12 @@ void checkLoads(double const* loads, size_t rows, bool single);
 void snapLoads(double const* in, double out[8]);
 
 // The answer for one case into row.
-void fillRow(analysis::Criterion c, analysis::PlyFailure const& f, FailureRow& row);
+void fillRow(laminate::analysis::Criterion c, laminate::analysis::PlyFailure const& f, FailureRow& row);
 
 // Every case of rows x 8 loads (already checked) into out[rows], split over
 // threads threads (contiguous blocks); the answers are the same whatever the
 // count.
-void rateRows(analysis::LaminateAnalysis const& an, analysis::Criterion c, double const* loads,
+void rateRows(laminate::analysis::LaminateAnalysis const& an, laminate::analysis::Criterion c, double const* loads,
               size_t rows, FailureRow* out, int threads);
 
 }  // namespace pylaminate

@@ -21,9 +21,9 @@
 #include "prepared_laminate.h"
 
 namespace py = pybind11;
-using analysis::Criterion;
-using analysis::LaminateAnalysis;
-using analysis::PlyMaterial;
+using laminate::analysis::Criterion;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::PlyMaterial;
 using pylaminate::Error;
 using pylaminate::ErrorKind;
 using pylaminate::FailureRow;
@@ -115,7 +115,7 @@ void oneCase(Loads const& loads, double out[8])
     pylaminate::snapLoads(loads.data(), out);
 }
 
-py::dict failureDict(Criterion c, analysis::PlyFailure const& f)
+py::dict failureDict(Criterion c, laminate::analysis::PlyFailure const& f)
 {
     py::dict d;
     d["factor"] = f.factor;
@@ -142,9 +142,9 @@ py::dtype failureDtype()
 // ---- the laminate ------------------------------------------------------------
 
 // A reported criterion value as laminate::evaluate shows it: not assessed as 0.
-double shownIndex(double v) { return v == analysis::kNotAssessed ? 0.0 : v; }
+double shownIndex(double v) { return v == laminate::analysis::kNotAssessed ? 0.0 : v; }
 
-py::dict plyDict(LaminateAnalysis const& an, int layer, analysis::PlyResult const& r)
+py::dict plyDict(LaminateAnalysis const& an, int layer, laminate::analysis::PlyResult const& r)
 {
     laminate_model::LayerState const& s = r.state;
     py::dict d;
@@ -188,7 +188,7 @@ py::dict plyDict(LaminateAnalysis const& an, int layer, analysis::PlyResult cons
 
 py::dict engineeringDict(PreparedLaminate const& p)
 {
-    using E = analysis::EngineeringConstants;
+    using E = laminate::analysis::EngineeringConstants;
     E const e = p.engineering();
     py::dict d;
     d["status"] = e.status == E::Ok            ? "ok"
@@ -246,7 +246,7 @@ double defaultThickness(py::object thickness)
 
 Laminate fromLayup(std::string const& text, py::object material, py::object thickness)
 {
-    analysis::LayupNotation notation;
+    laminate::analysis::LayupNotation notation;
     if (!notation.parse(text))
         throw Error(ErrorKind::Layup, "layup " + pylaminate::shown(text) + ", " + notation.refusal().message(),
                     {"LAYUP", "SYNTAX", std::to_string(notation.refusal().column)});
@@ -301,14 +301,14 @@ py::dict evaluate(Laminate const& self, Loads loads)
     double l[8];
     oneCase(loads, l);
     LaminateAnalysis const& an = self.p->analysis();
-    analysis::Evaluation ev;
+    laminate::analysis::Evaluation ev;
     an.evaluate(l, ev);
     py::list plies;
     for (int k = 1; k <= an.layers(); k++) plies.append(plyDict(an, k, ev.plies[k - 1]));
     py::dict fpf;
     for (int c = 0; c < 3; c++) fpf[kCriteria[c]] = failureDict(kCriterionOrder[c], an.firstPlyFailure(l, kCriterionOrder[c]));
-    std::vector<analysis::ShearPoint> points;
-    if (self.p->shear().status() == analysis::InterlaminarShear::Ok) self.p->shear().profile(l, points);
+    std::vector<laminate::analysis::ShearPoint> points;
+    if (self.p->shear().status() == laminate::analysis::InterlaminarShear::Ok) self.p->shear().profile(l, points);
     py::array_t<double> shear({static_cast<py::ssize_t>(points.size()), py::ssize_t(3)});
     double* out = shear.mutable_data();
     for (size_t i = 0; i < points.size(); i++) {
@@ -366,10 +366,10 @@ py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string 
                     "plane: expected two different load components from 1 to 8, got (" + std::to_string(i) + ", " +
                         std::to_string(j) + ")",
                     {"PLANE", "INVALID"});
-    std::vector<analysis::EnvelopePoint> pts;
+    std::vector<laminate::analysis::EnvelopePoint> pts;
     {
         py::gil_scoped_release release;
-        pts = analysis::envelope(self.p->analysis(), i, j, c, points);
+        pts = laminate::analysis::envelope(self.p->analysis(), i, j, c, points);
     }
     py::dict layout;
     layout["names"] = py::make_tuple("x", "y", "factor", "ply", "face", "mode", "outcome");
@@ -382,9 +382,9 @@ py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string 
     char* base = static_cast<char*>(out.mutable_data());
     for (size_t k = 0; k < pts.size(); k++) {
         char* row = base + k * (16 + sizeof(FailureRow));
-        analysis::Outcome const o = pts[k].failure.outcome;
+        laminate::analysis::Outcome const o = pts[k].failure.outcome;
         // A ray without a failure load has no point: inf, and the outcome says why.
-        bool const noPoint = o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow;
+        bool const noPoint = o == laminate::analysis::Outcome::Undefined || o == laminate::analysis::Outcome::Overflow;
         double const xy[2] = {noPoint ? INFINITY : pts[k].x, noPoint ? INFINITY : pts[k].y};
         std::memcpy(row, xy, sizeof xy);
         FailureRow f;
@@ -396,15 +396,15 @@ py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string 
 
 py::dict parseLibrary(std::string const& text, std::string const& where)
 {
-    analysis::MaterialLibrary library;
+    laminate::analysis::MaterialLibrary library;
     if (!library.parse(text)) {
-        analysis::MaterialLibrary::Refusal const& why = library.refusal();
+        laminate::analysis::MaterialLibrary::Refusal const& why = library.refusal();
         std::string const line = std::to_string(why.line);
         throw Error(ErrorKind::Library, where + ", line " + line + ": " + why.text,
                     {"LIBRARY", why.rule, line, why.key});
     }
     py::dict out;
-    for (analysis::MaterialLibrary::Entry const& e : library.entries())
+    for (laminate::analysis::MaterialLibrary::Entry const& e : library.entries())
         out[py::str(e.name)] = std::make_shared<Material>(e.name, e.material);
     return out;
 }

@@ -5,10 +5,10 @@
 #include "errors.h"
 #include "laminate/laminate/strict_record.h"
 
-using analysis::LaminateAnalysis;
-using analysis::LayupPly;
-using analysis::LayupRecord;
-using analysis::PlyMaterial;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::LayupPly;
+using laminate::analysis::LayupRecord;
+using laminate::analysis::PlyMaterial;
 
 namespace pylaminate {
 
@@ -98,7 +98,7 @@ std::shared_ptr<PreparedLaminate const> PreparedLaminate::fromPlies(std::vector<
     return p;
 }
 
-analysis::EngineeringConstants PreparedLaminate::engineering() const
+laminate::analysis::EngineeringConstants PreparedLaminate::engineering() const
 {
     // As laminate::abd: the areal weight when every ply has a specific
     // weight (0 stands for none), the expansion when every ply's material
@@ -115,11 +115,11 @@ analysis::EngineeringConstants PreparedLaminate::engineering() const
     }
     bool hasWeight = n > 0;
     for (double sw : specificWeight_) hasWeight = hasWeight && sw > 0.0;
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.sw = hasWeight ? specificWeight_.data() : nullptr;
     props.alpha = hasAlpha ? alpha.data() : nullptr;
     props.beta = hasBeta ? beta.data() : nullptr;
-    return analysis::engineeringConstants(analysis_, props);
+    return laminate::analysis::engineeringConstants(analysis_, props);
 }
 
 }  // namespace pylaminate

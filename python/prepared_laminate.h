@@ -28,12 +28,12 @@ namespace pylaminate {
 // A named ply material, as laminate::material defines one.
 struct Material {
     std::string name;  // may be empty
-    analysis::PlyMaterial material;
+    laminate::analysis::PlyMaterial material;
 
     // Reads pairs in the order given; throws MaterialError with the message
     // and code of laminate::material.
     Material(std::string name, std::vector<std::pair<std::string, std::string>> const& pairs);
-    Material(std::string name, analysis::PlyMaterial const& m) : name(std::move(name)), material(m) {}
+    Material(std::string name, laminate::analysis::PlyMaterial const& m) : name(std::move(name)), material(m) {}
 };
 using MaterialRef = std::shared_ptr<Material const>;
 
@@ -58,26 +58,26 @@ public:
     PreparedLaminate(PreparedLaminate const&) = delete;
     PreparedLaminate& operator=(PreparedLaminate const&) = delete;
 
-    analysis::LaminateAnalysis const& analysis() const { return analysis_; }
-    analysis::InterlaminarShear const& shear() const { return shear_; }
+    laminate::analysis::LaminateAnalysis const& analysis() const { return analysis_; }
+    laminate::analysis::InterlaminarShear const& shear() const { return shear_; }
     std::string const& record() const { return record_; }
     std::string const& notation() const { return notation_; }
     // Per layer, layer 1 first: the plies of a layup (empty for a record).
-    std::vector<analysis::LayupPly> const& plies() const { return plies_; }
+    std::vector<laminate::analysis::LayupPly> const& plies() const { return plies_; }
     std::vector<MaterialRef> const& plyMaterials() const { return plyMaterials_; }
     // The engineering constants as laminate::abd gives them.
-    analysis::EngineeringConstants engineering() const;
+    laminate::analysis::EngineeringConstants engineering() const;
 
 private:
     PreparedLaminate() = default;
     void prepare(std::string const& text);
 
     std::unique_ptr<lamina1> lam_;
-    analysis::LaminateAnalysis analysis_;
-    analysis::InterlaminarShear shear_;
+    laminate::analysis::LaminateAnalysis analysis_;
+    laminate::analysis::InterlaminarShear shear_;
     std::vector<double> specificWeight_;
     std::vector<MaterialRef> plyMaterials_;
-    std::vector<analysis::LayupPly> plies_;
+    std::vector<laminate::analysis::LayupPly> plies_;
     std::string record_;
     std::string notation_;
 };

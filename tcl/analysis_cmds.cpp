@@ -31,11 +31,11 @@
 #include "laminate/tcl/material_cmds.h"
 #include "laminate/tcl/registry.h"
 
-using analysis::Criterion;
-using analysis::Face;
-using analysis::LaminateAnalysis;
-using analysis::PlyFailure;
-using analysis::PlyResult;
+using laminate::analysis::Criterion;
+using laminate::analysis::Face;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::PlyFailure;
+using laminate::analysis::PlyResult;
 
 namespace {
 
@@ -66,12 +66,12 @@ int fail(Tcl_Interp* interp, const char* message, const char* a, const char* b,
 struct PreparedMaterial {
     LaminateAnalysis analysis;
     std::vector<double> specificWeight;               // per layer, layer 1 first
-    std::vector<analysis::PlyMaterial> plyMaterials;  // per layer; empty unless a layup
-    analysis::InterlaminarShear shear;
+    std::vector<laminate::analysis::PlyMaterial> plyMaterials;  // per layer; empty unless a layup
+    laminate::analysis::InterlaminarShear shear;
     // Expansion coefficients, layers() pairs each; empty unless every layer
     // has them (a layup of materials that give them).
     std::vector<double> alpha, beta;
-    analysis::LaminateRating rating;  // the catalogue's criteria, residual stresses
+    laminate::analysis::LaminateRating rating;  // the catalogue's criteria, residual stresses
 
     PreparedMaterial(lamina1& lam, char const* name) : analysis(lam)
     {
@@ -90,20 +90,20 @@ private:
     // layer has them.
     void prepareRating()
     {
-        using K = analysis::PlyMaterial;
+        using K = laminate::analysis::PlyMaterial;
         int const n = analysis.layers();
         bool const layup = static_cast<int>(plyMaterials.size()) == n;
         bool hasAlpha = layup, hasBeta = layup;
-        std::vector<analysis::CriterionPly> plies;
+        std::vector<laminate::analysis::CriterionPly> plies;
         for (int k = 1; k <= n; k++) {
             LaminateAnalysis::Ply const& p = analysis.plies()[k - 1];
-            analysis::PlySite const site = analysis::plySite(k, n);
+            laminate::analysis::PlySite const site = laminate::analysis::plySite(k, n);
             if (!layup) {
-                plies.push_back(analysis::criterionPly(p.data, site));
+                plies.push_back(laminate::analysis::criterionPly(p.data, site));
                 continue;
             }
             K const& m = plyMaterials[k - 1];
-            plies.push_back(analysis::criterionPly(m, p.data.t, site));
+            plies.push_back(laminate::analysis::criterionPly(m, p.data.t, site));
             hasAlpha = hasAlpha && m.has(K::alpha1) && m.has(K::alpha2);
             hasBeta = hasBeta && m.has(K::beta1) && m.has(K::beta2);
             alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
@@ -111,7 +111,7 @@ private:
         }
         if (!hasAlpha) alpha.clear();
         if (!hasBeta) beta.clear();
-        rating = analysis::LaminateRating(analysis, plies, hasAlpha ? alpha.data() : nullptr,
+        rating = laminate::analysis::LaminateRating(analysis, plies, hasAlpha ? alpha.data() : nullptr,
                                           hasBeta ? beta.data() : nullptr);
     }
 };
@@ -240,7 +240,7 @@ int readLoads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* wh
 
 // The criteria a command may name: the model's three first (answered by
 // LaminateAnalysis::firstPlyFailure, as laminate_results computes them),
-// then the catalogue's, in the order of analysis::kCriteria.  One name per
+// then the catalogue's, in the order of laminate::analysis::kCriteria.  One name per
 // meaning: tsaiwu and hashin are the model's indices, tsaiwu2d and hashin2d
 // the published plane-stress forms.
 const char* const criterion_names[] = {"tsaiwu",   "hashin",    "larc04",   "maxstress",
@@ -256,12 +256,12 @@ const Criterion criteria_in_order[] = {Criterion::TsaiWu, Criterion::Hashin, Cri
 // check.
 const char* const kDefaultRating[] = {"tsaiwu2d", "puck", "maxstrain"};
 
-// The position in analysis::kCriteria of the criterion named
+// The position in laminate::analysis::kCriteria of the criterion named
 // criterion_names[id], id >= kModelCriteria.
 int catalogueIndex(int id)
 {
-    for (int c = 0; analysis::kCriteria[c]; c++)
-        if (std::strcmp(analysis::kCriteria[c]->name, criterion_names[id]) == 0) return c;
+    for (int c = 0; laminate::analysis::kCriteria[c]; c++)
+        if (std::strcmp(laminate::analysis::kCriteria[c]->name, criterion_names[id]) == 0) return c;
     return -1;
 }
 
@@ -413,7 +413,7 @@ int checkConditions(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedMaterial const
                     Conditions const& cond, Chosen const& chosen)
 {
     const char* name = Tcl_GetString(nameObj);
-    analysis::ResidualStress const& r = pm.rating.residual();
+    laminate::analysis::ResidualStress const& r = pm.rating.residual();
     if (cond.dT != 0.0 && !r.hasThermal()) {
         Tcl_Obj* msg = Tcl_ObjPrintf(
             "material '%s' has no thermal expansion coefficients: -dT needs alpha1 and alpha2 "
@@ -465,7 +465,7 @@ void put(Tcl_Obj* dict, const char* key, Tcl_Obj* value)
 // A criterion value as laminate_results shows it: not assessed as 0.
 Tcl_Obj* factor(double v)
 {
-    return Tcl_NewDoubleObj(v == analysis::kNotAssessed ? 0.0 : v);
+    return Tcl_NewDoubleObj(v == laminate::analysis::kNotAssessed ? 0.0 : v);
 }
 
 // The value laminate_results gives for result type `type` of this layer.
@@ -545,8 +545,8 @@ struct FailureWords {
     // Per catalogue criterion (its position in kCriteria), by mode position;
     // none past the last.
     Tcl_Obj* catalogueModes[kCatalogue][kMaxModes];
-    Tcl_Obj* extras[kCatalogue][analysis::kMaxExtras];
-    Tcl_Obj* verdicts[kVerdicts];  // by analysis::Verdict
+    Tcl_Obj* extras[kCatalogue][laminate::analysis::kMaxExtras];
+    Tcl_Obj* verdicts[kVerdicts];  // by laminate::analysis::Verdict
 };
 
 // The words of one thread.  A Tcl_Obj belongs to the thread that made it,
@@ -601,17 +601,17 @@ FailureWords const& words()
     x.modes[1][1] = kept(t, "fibre");
     const char* larc[] = {"m1", "m2", "m3", "m4", "m5", "m6"};
     for (int m = 1; m <= 6; m++) x.modes[2][m] = kept(t, larc[m - 1]);
-    for (int c = 0; c < kCatalogue && analysis::kCriteria[c]; c++) {
-        analysis::CriterionInfo const& info = *analysis::kCriteria[c];
+    for (int c = 0; c < kCatalogue && laminate::analysis::kCriteria[c]; c++) {
+        laminate::analysis::CriterionInfo const& info = *laminate::analysis::kCriteria[c];
         for (int m = 0; m < kMaxModes; m++) x.catalogueModes[c][m] = x.faces[0];
         for (int m = 0; m < kMaxModes && info.modes[m]; m++)
             x.catalogueModes[c][m] = kept(t, info.modes[m]);
-        for (int e = 0; e < analysis::kMaxExtras; e++) x.extras[c][e] = nullptr;
-        for (int e = 0; e < analysis::kMaxExtras && info.extras[e]; e++)
+        for (int e = 0; e < laminate::analysis::kMaxExtras; e++) x.extras[c][e] = nullptr;
+        for (int e = 0; e < laminate::analysis::kMaxExtras && info.extras[e]; e++)
             x.extras[c][e] = kept(t, info.extras[e]);
     }
     for (int v = 0; v < kVerdicts; v++)
-        x.verdicts[v] = kept(t, analysis::verdictWord(static_cast<analysis::Verdict>(v)));
+        x.verdicts[v] = kept(t, laminate::analysis::verdictWord(static_cast<laminate::analysis::Verdict>(v)));
     t.made = 1;
     Tcl_CreateThreadExitHandler(releaseWords, &t);
     return x;
@@ -621,7 +621,7 @@ FailureWords const& words()
 // the same word for a word.
 Tcl_Obj* marginObj(Tcl_Obj* value, double factor, bool isNumber, double fos)
 {
-    return isNumber ? Tcl_NewDoubleObj(analysis::marginOfSafety(factor, fos)) : value;
+    return isNumber ? Tcl_NewDoubleObj(laminate::analysis::marginOfSafety(factor, fos)) : value;
 }
 
 // The factor is a number (Inf: never fails) or, where no number can be
@@ -636,8 +636,8 @@ Tcl_Obj* failureDict(int criterion, PlyFailure const& f, Conditions const& cond)
     Tcl_Obj* factor;
     bool number = false;
     switch (f.outcome) {
-    case analysis::Outcome::Undefined: factor = Tcl_NewStringObj("undefined", -1); break;
-    case analysis::Outcome::Overflow: factor = Tcl_NewStringObj("overflow", -1); break;
+    case laminate::analysis::Outcome::Undefined: factor = Tcl_NewStringObj("undefined", -1); break;
+    case laminate::analysis::Outcome::Overflow: factor = Tcl_NewStringObj("overflow", -1); break;
     default: factor = Tcl_NewDoubleObj(f.factor); number = true; break;
     }
     Tcl_DictObjPut(nullptr, d, w.factor, factor);
@@ -650,17 +650,17 @@ Tcl_Obj* failureDict(int criterion, PlyFailure const& f, Conditions const& cond)
     return d;
 }
 
-bool rated(analysis::Verdict v)
+bool rated(laminate::analysis::Verdict v)
 {
-    return v == analysis::Verdict::Ok || v == analysis::Verdict::Residual ||
-           v == analysis::Verdict::Never;
+    return v == laminate::analysis::Verdict::Ok || v == laminate::analysis::Verdict::Residual ||
+           v == laminate::analysis::Verdict::Never;
 }
 
 // The first-ply failure of a catalogue criterion (its position in
 // kCriteria) in the shape of failureDict, with its verdict: the factor is
 // the reserve factor (0 when the residual stresses alone fail a ply, Inf
 // when nothing fails), or the verdict word when a ply cannot be rated.
-Tcl_Obj* ratedFailureDict(int c, analysis::LaminateFailure const& f, Conditions const& cond,
+Tcl_Obj* ratedFailureDict(int c, laminate::analysis::LaminateFailure const& f, Conditions const& cond,
                           bool withMargin)
 {
     FailureWords const& w = words();
@@ -684,7 +684,7 @@ Tcl_Obj* failures(PreparedMaterial const& pm, double const loads[8], Chosen cons
                   Conditions const& cond)
 {
     Tcl_Obj* d = Tcl_NewDictObj();
-    analysis::RatingLoad const load{loads, cond.dT, cond.dM};
+    laminate::analysis::RatingLoad const load{loads, cond.dT, cond.dM};
     for (int i = 0; i < chosen.n; i++) {
         int const id = chosen.id[i];
         Tcl_Obj* value;
@@ -731,8 +731,8 @@ Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
     size_t const n = pm.specificWeight.size();
     std::vector<double> alpha, beta;
     bool hasAlpha = pm.plyMaterials.size() == n && n > 0, hasBeta = hasAlpha;
-    for (analysis::PlyMaterial const& m : pm.plyMaterials) {
-        using K = analysis::PlyMaterial;
+    for (laminate::analysis::PlyMaterial const& m : pm.plyMaterials) {
+        using K = laminate::analysis::PlyMaterial;
         hasAlpha = hasAlpha && m.has(K::alpha1) && m.has(K::alpha2);
         hasBeta = hasBeta && m.has(K::beta1) && m.has(K::beta2);
         alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
@@ -741,14 +741,14 @@ Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
     // A specific weight of 0 stands for one not given: no weight then.
     bool hasWeight = n > 0;
     for (double sw : pm.specificWeight) hasWeight = hasWeight && sw > 0.0;
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.sw = hasWeight ? pm.specificWeight.data() : nullptr;
     props.alpha = hasAlpha ? alpha.data() : nullptr;
     props.beta = hasBeta ? beta.data() : nullptr;
-    analysis::EngineeringConstants const e = analysis::engineeringConstants(pm.analysis, props);
+    laminate::analysis::EngineeringConstants const e = laminate::analysis::engineeringConstants(pm.analysis, props);
 
     Tcl_Obj* d = Tcl_NewDictObj();
-    using E = analysis::EngineeringConstants;
+    using E = laminate::analysis::EngineeringConstants;
     put(d, "status", Tcl_NewStringObj(e.status == E::Ok            ? "ok"
                                       : e.status == E::NotPositive ? "notpositive"
                                       : e.status == E::Singular    ? "singular"
@@ -781,10 +781,10 @@ Tcl_Obj* engineeringDict(PreparedMaterial const& pm)
 Tcl_Obj* interlaminarList(PreparedMaterial const& pm, double const loads[8])
 {
     Tcl_Obj* list = Tcl_NewListObj(0, nullptr);
-    if (pm.shear.status() != analysis::InterlaminarShear::Ok) return list;
-    std::vector<analysis::ShearPoint> points;
+    if (pm.shear.status() != laminate::analysis::InterlaminarShear::Ok) return list;
+    std::vector<laminate::analysis::ShearPoint> points;
     pm.shear.profile(loads, points);
-    for (analysis::ShearPoint const& p : points) {
+    for (laminate::analysis::ShearPoint const& p : points) {
         double const v[3] = {p.z, p.xz, p.yz};
         Tcl_ListObjAppendElement(nullptr, list, doubles(v, 3));
     }
@@ -794,7 +794,7 @@ Tcl_Obj* interlaminarList(PreparedMaterial const& pm, double const loads[8])
 // The residual and total stresses of one layer of laminate::evaluate under
 // dT, dM: layer axes at both faces and the middle, laminate axes at both
 // faces.
-void putResidual(Tcl_Obj* d, analysis::ResidualStress const& r, int layer, PlyResult const& m,
+void putResidual(Tcl_Obj* d, laminate::analysis::ResidualStress const& r, int layer, PlyResult const& m,
                  Conditions const& cond)
 {
     laminate_model::LayerState const& s = m.state;
@@ -803,7 +803,7 @@ void putResidual(Tcl_Obj* d, analysis::ResidualStress const& r, int layer, PlyRe
     double const* mech[2] = {s.stressesTopLam, s.stressesBasLam};
     double const* mechXy[2] = {s.stressesTop, s.stressesBas};
     for (int f = 0; f < 2; f++) {
-        analysis::PlyStress const p = r.stress(layer, faces[f], cond.dT, cond.dM);
+        laminate::analysis::PlyStress const p = r.stress(layer, faces[f], cond.dT, cond.dM);
         res[f][0] = p.s1;
         res[f][1] = p.s2;
         res[f][2] = p.t12;
@@ -827,7 +827,7 @@ void putResidual(Tcl_Obj* d, analysis::ResidualStress const& r, int layer, PlyRe
 
 // {dT .. dM .. resultants {N1..M12} free {ex..kxy}}: the thermal and
 // moisture resultants and the free laminate's strains and curvatures.
-Tcl_Obj* thermalDict(analysis::ResidualStress const& r, Conditions const& cond)
+Tcl_Obj* thermalDict(laminate::analysis::ResidualStress const& r, Conditions const& cond)
 {
     double nm[6], e[6];
     r.resultants(cond.dT, cond.dM, nm);
@@ -906,9 +906,9 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
     if (an == nullptr || checkConditions(interp, objv[1], *full, cond, Chosen()) != TCL_OK ||
         readLoads(interp, objv[2], loads, "loads") != TCL_OK)
         return TCL_ERROR;
-    analysis::Evaluation ev;
+    laminate::analysis::Evaluation ev;
     an->evaluate(loads, ev);
-    bool const residual = cond.changeGiven && full->rating.status() == analysis::LaminateRating::Ok;
+    bool const residual = cond.changeGiven && full->rating.status() == laminate::analysis::LaminateRating::Ok;
     Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
     for (int k = 1; k <= an->layers(); k++) {
         Tcl_Obj* ply = plyDict(*an, k, ev.plies[k - 1]);
@@ -1040,21 +1040,21 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
         Tcl_ListObjAppendElement(nullptr, out, Tcl_NewListObj(2, pair));
     };
     if (criterion < kModelCriteria) {
-        std::vector<analysis::EnvelopePoint> const pts = analysis::envelope(
+        std::vector<laminate::analysis::EnvelopePoint> const pts = laminate::analysis::envelope(
             pm->analysis, plane[0], plane[1], criteria_in_order[criterion], points);
-        for (analysis::EnvelopePoint const& p : pts) {
-            analysis::Outcome const o = p.failure.outcome;
-            if (o == analysis::Outcome::Undefined || o == analysis::Outcome::Overflow)
-                word(Tcl_NewStringObj(o == analysis::Outcome::Undefined ? "undefined" : "overflow",
+        for (laminate::analysis::EnvelopePoint const& p : pts) {
+            laminate::analysis::Outcome const o = p.failure.outcome;
+            if (o == laminate::analysis::Outcome::Undefined || o == laminate::analysis::Outcome::Overflow)
+                word(Tcl_NewStringObj(o == laminate::analysis::Outcome::Undefined ? "undefined" : "overflow",
                                       -1));
             else
                 point(p.x, p.y);
         }
     } else {
-        std::vector<analysis::RatedEnvelopePoint> const pts =
-            analysis::ratedEnvelope(pm->rating, plane[0], plane[1], catalogueIndex(criterion),
+        std::vector<laminate::analysis::RatedEnvelopePoint> const pts =
+            laminate::analysis::ratedEnvelope(pm->rating, plane[0], plane[1], catalogueIndex(criterion),
                                     points, cond.dT, cond.dM);
-        for (analysis::RatedEnvelopePoint const& p : pts) {
+        for (laminate::analysis::RatedEnvelopePoint const& p : pts) {
             if (rated(p.failure.verdict))
                 point(p.x, p.y);
             else
@@ -1104,27 +1104,27 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
         return TCL_ERROR;
 
     FailureWords const& w = words();
-    analysis::LaminateRating const& rating = pm->rating;
-    analysis::RatingLoad const load{loads, cond.dT, cond.dM};
+    laminate::analysis::LaminateRating const& rating = pm->rating;
+    laminate::analysis::RatingLoad const load{loads, cond.dT, cond.dM};
     Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
     for (int k = 1; k <= pm->analysis.layers(); k++) {
         Tcl_Obj* ply = Tcl_NewDictObj();
         for (int i = 0; i < chosen.n; i++) {
             int const c = catalogueIndex(chosen.id[i]);
-            analysis::FaceRating const fr = rating.ratePly(c, k, load);
-            analysis::Rating const& r = fr.rating;
+            laminate::analysis::FaceRating const fr = rating.ratePly(c, k, load);
+            laminate::analysis::Rating const& r = fr.rating;
             Tcl_Obj* verdict = w.verdicts[static_cast<int>(r.verdict)];
             Tcl_Obj* d = Tcl_NewDictObj();
             if (rated(r.verdict)) {
-                analysis::PreparedCriterion const& p = rating.prepared(c, k);
-                analysis::PlyStress const now{fr.res.s1 + fr.mech.s1, fr.res.s2 + fr.mech.s2,
+                laminate::analysis::PreparedCriterion const& p = rating.prepared(c, k);
+                laminate::analysis::PlyStress const now{fr.res.s1 + fr.mech.s1, fr.res.s2 + fr.mech.s2,
                                               fr.res.t12 + fr.mech.t12};
-                analysis::Assessment const a = analysis::assess(p, now);
+                laminate::analysis::Assessment const a = laminate::analysis::assess(p, now);
                 Tcl_DictObjPut(nullptr, d, w.rf, Tcl_NewDoubleObj(r.rf));
                 Tcl_DictObjPut(nullptr, d, w.mos,
-                               Tcl_NewDoubleObj(analysis::marginOfSafety(r.rf, cond.fos)));
+                               Tcl_NewDoubleObj(laminate::analysis::marginOfSafety(r.rf, cond.fos)));
                 Tcl_DictObjPut(nullptr, d, w.index,
-                               a.verdict == analysis::Verdict::Ok
+                               a.verdict == laminate::analysis::Verdict::Ok
                                    ? Tcl_NewDoubleObj(a.index)
                                    : w.verdicts[static_cast<int>(a.verdict)]);
                 Tcl_DictObjPut(nullptr, d, w.face, w.faces[static_cast<int>(fr.face)]);
@@ -1134,10 +1134,10 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
                 Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
                 // The extra outputs (fracture and misalignment angles) at the
                 // failure state.
-                if (r.verdict != analysis::Verdict::Never) {
-                    analysis::Assessment const at =
-                        analysis::assess(p, analysis::failureState(fr.res, fr.mech, r));
-                    for (int e = 0; e < analysis::kMaxExtras; e++)
+                if (r.verdict != laminate::analysis::Verdict::Never) {
+                    laminate::analysis::Assessment const at =
+                        laminate::analysis::assess(p, laminate::analysis::failureState(fr.res, fr.mech, r));
+                    for (int e = 0; e < laminate::analysis::kMaxExtras; e++)
                         if (w.extras[c][e] && (at.extraValid & (1u << e)))
                             Tcl_DictObjPut(nullptr, d, w.extras[c][e],
                                            Tcl_NewDoubleObj(at.extra[e]));

@@ -24,13 +24,13 @@
 #include "laminate/tcl/define_cmd.h"
 #include "laminate/tcl/registry.h"
 
-using analysis::DecimalRead;
-using analysis::LayupNotation;
-using analysis::LayupPly;
-using analysis::LayupRecord;
-using analysis::MaterialLibrary;
-using analysis::PlyMaterial;
-using analysis::readDecimal;
+using laminate::analysis::DecimalRead;
+using laminate::analysis::LayupNotation;
+using laminate::analysis::LayupPly;
+using laminate::analysis::LayupRecord;
+using laminate::analysis::MaterialLibrary;
+using laminate::analysis::PlyMaterial;
+using laminate::analysis::readDecimal;
 
 namespace {
 
@@ -46,7 +46,7 @@ struct LayupInfo {
     std::string notation;                                      // as written
     std::vector<LayupPly> plies;                               // layer 1 first
     std::vector<std::pair<std::string, PlyMaterial>> materials;  // in order of first use
-    analysis::UnitSystem units;
+    laminate::analysis::UnitSystem units;
     std::string record;
 };
 
@@ -570,7 +570,7 @@ int laminate_describe_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
         Tcl_DictObjPut(nullptr, dict, Tcl_NewStringObj(key, -1), value);
     };
     put("notation", Tcl_NewStringObj(info.notation.data(), static_cast<int>(info.notation.size())));
-    put("units", Tcl_NewStringObj(analysis::unitName(info.units), -1));
+    put("units", Tcl_NewStringObj(laminate::analysis::unitName(info.units), -1));
     put("plies", plyList(info.plies));
     put("materials", materials);
     put("record", Tcl_NewStringObj(info.record.data(), static_cast<int>(info.record.size())));

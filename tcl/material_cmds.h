@@ -15,7 +15,7 @@ int laminate_layup_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
 // The ply material of every layer of the laminate name, layer 1 first, as
 // laminate::layup made it; false (and plies empty) when name was not made by
 // laminate::layup.  The caller holds the registry lock.
-bool layup_ply_materials(char const* name, std::vector<analysis::PlyMaterial>& plies);
+bool layup_ply_materials(char const* name, std::vector<laminate::analysis::PlyMaterial>& plies);
 
 // Forgets every ply material and layup, as the library loaded.  For test
 // harnesses that reset the registry (reset_registry); no command calls it.

@@ -121,18 +121,18 @@ int main(int argc, char** argv)
     }
 
     // Every ply at once through the analysis classes.
-    analysis::LaminateAnalysis an(*lam);
-    if (an.status() != analysis::LaminateAnalysis::Ok) {
+    laminate::analysis::LaminateAnalysis an(*lam);
+    if (an.status() != laminate::analysis::LaminateAnalysis::Ok) {
         std::fprintf(stderr, "laminate_host: the analysis refused the material\n");
         return 1;
     }
-    analysis::Evaluation ev;
+    laminate::analysis::Evaluation ev;
     an.evaluate(kLoads, ev);
     std::printf("ply  angle     sigma1     sigma2      tau12   Tsai-Wu   (MPa, ply axes, mid-ply)\n");
     for (int k = 1; k <= an.layers(); k++) {
-        analysis::PlyResult const& ply = ev.plies[k - 1];
+        laminate::analysis::PlyResult const& ply = ev.plies[k - 1];
         double const* s = ply.state.stressesLam;
-        double tsaiWu = ply.tsaiWu == analysis::kNotAssessed ? 0.0 : ply.tsaiWu;
+        double tsaiWu = ply.tsaiWu == laminate::analysis::kNotAssessed ? 0.0 : ply.tsaiWu;
         std::printf("%3d %6g %10.3f %10.3f %10.3f %9.4f\n", k, an.angle(k), s[0], s[1], s[2], tsaiWu);
         std::string layer = " cp " + std::to_string(k) + " $loads";
         for (int j = 0; j < 3; j++)
@@ -143,10 +143,10 @@ int main(int argc, char** argv)
               number("laminate_results FS_TW" + layer), 1e-12 * tsaiWu);
     }
 
-    analysis::PlyFailure f = an.firstPlyFailure(kLoads, analysis::Criterion::TsaiWu);
+    laminate::analysis::PlyFailure f = an.firstPlyFailure(kLoads, laminate::analysis::Criterion::TsaiWu);
     std::printf("first-ply failure (Tsai-Wu): load factor %.4f, ply %d, %s face\n", f.factor,
                 f.ply,
-                f.face == analysis::Face::Top ? "top" : f.face == analysis::Face::Bottom ? "bottom" : "no");
+                f.face == laminate::analysis::Face::Top ? "top" : f.face == laminate::analysis::Face::Bottom ? "bottom" : "no");
     agree("first-ply failure factor", f.factor,
           number("dict get [laminate::fpf cp $loads -criterion tsaiwu] tsaiwu factor"),
           1e-12 * f.factor);

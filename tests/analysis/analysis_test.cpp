@@ -12,11 +12,11 @@
 #include "laminate/analysis/laminate_analysis.h"
 #include "laminate/lamina_build.h"
 
-using analysis::Criterion;
-using analysis::Face;
-using analysis::LaminateAnalysis;
-using analysis::PlyFailure;
-using analysis::PlyResult;
+using laminate::analysis::Criterion;
+using laminate::analysis::Face;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::PlyFailure;
+using laminate::analysis::PlyResult;
 using vantrel::ReaVecV;
 
 namespace {
@@ -139,7 +139,7 @@ double worstIndex(lamina1& lam, ReaVecV& loads, Criterion c)
         if (c == Criterion::LaRC04)
             for (int m = 1; m <= 6; m++) v.push_back(lam.FasLaRC04_layer(k, loads, m));
         for (double x : v)
-            if (x != analysis::kNotAssessed && x > worst) worst = x;
+            if (x != laminate::analysis::kNotAssessed && x > worst) worst = x;
     }
     return worst;
 }
@@ -163,7 +163,7 @@ TEST(LaminateAnalysis, EveryLayerResultEqualsTheModelsToTheBit)
         lamtest::Lam lam(randomStack(gen));
         LaminateAnalysis an(lam);
         ASSERT_EQ(an.status(), LaminateAnalysis::Ok);
-        analysis::Evaluation ev;
+        laminate::analysis::Evaluation ev;
         for (int c = 0; c < 3; c++) {
             ReaVecV loads = randomLoads(gen);
             an.evaluate(loads.data, ev);
@@ -296,7 +296,7 @@ TEST(LaminateAnalysis, RefusesSingularAndEmptyAndKnowsStaleData)
     LaminateAnalysis copy = an;  // a copy evaluates from its own arrays
     EXPECT_TRUE(an.preparedFrom(lam));
     EXPECT_TRUE(copy.preparedFrom(lam));
-    analysis::Evaluation a, b;
+    laminate::analysis::Evaluation a, b;
     an.evaluate(loads, a);
     copy.evaluate(loads, b);
     EXPECT_TRUE(sameBits(a.plies[1].tsaiWu, b.plies[1].tsaiWu));
@@ -313,7 +313,7 @@ TEST(Envelope, EachPointIsItsRaysFirstPlyFailure)
     lamtest::Lam lam({lamtest::ply(0, 0.25), lamtest::ply(90, 0.25), lamtest::ply(90, 0.25),
                       lamtest::ply(0, 0.25)});
     LaminateAnalysis an(lam);
-    std::vector<analysis::EnvelopePoint> const pts = analysis::envelope(an, 1, 2, Criterion::TsaiWu, 8);
+    std::vector<laminate::analysis::EnvelopePoint> const pts = laminate::analysis::envelope(an, 1, 2, Criterion::TsaiWu, 8);
     ASSERT_EQ(pts.size(), 8u);
     double n1[8] = {1, 0, 0, 0, 0, 0, 0, 0};
     EXPECT_EQ(pts[0].x, an.firstPlyFailure(n1, Criterion::TsaiWu).factor);
@@ -322,6 +322,6 @@ TEST(Envelope, EachPointIsItsRaysFirstPlyFailure)
     for (auto const& p : pts) EXPECT_NEAR(std::hypot(p.x, p.y), p.failure.factor, 1e-12 * p.failure.factor);
     // Cross-ply symmetry: N1 and N2 fail at the same load.
     EXPECT_NEAR(pts[0].x, pts[2].y, 1e-9 * pts[0].x);
-    EXPECT_TRUE(analysis::envelope(an, 1, 1, Criterion::TsaiWu, 8).empty());
-    EXPECT_TRUE(analysis::envelope(an, 0, 9, Criterion::TsaiWu, 8).empty());
+    EXPECT_TRUE(laminate::analysis::envelope(an, 1, 1, Criterion::TsaiWu, 8).empty());
+    EXPECT_TRUE(laminate::analysis::envelope(an, 0, 9, Criterion::TsaiWu, 8).empty());
 }

@@ -9,11 +9,11 @@
 #include "laminate/analysis/criterion_puck.h"
 #include "criterion_plies.h"
 
-using analysis::CriterionPly;
+using laminate::analysis::CriterionPly;
 using criterion_plies::carbon;
-using analysis::PlyStress;
-using analysis::PreparedCriterion;
-using analysis::Verdict;
+using laminate::analysis::PlyStress;
+using laminate::analysis::PreparedCriterion;
+using laminate::analysis::Verdict;
 
 namespace {
 
@@ -23,13 +23,13 @@ PreparedCriterion prepared(char const* name, CriterionPly const& ply,
                            double const* params = nullptr)
 {
     PreparedCriterion p;
-    EXPECT_EQ(analysis::prepare(*analysis::findCriterion(name), ply, params, p), Verdict::Ok);
+    EXPECT_EQ(laminate::analysis::prepare(*laminate::analysis::findCriterion(name), ply, params, p), Verdict::Ok);
     return p;
 }
 
 std::string mode(PreparedCriterion const& p, PlyStress s)
 {
-    return p.info->modes[analysis::assess(p, s).mode];
+    return p.info->modes[laminate::analysis::assess(p, s).mode];
 }
 
 }  // namespace
@@ -39,12 +39,12 @@ std::string mode(PreparedCriterion const& p, PlyStress s)
 TEST(CriterionPuck, ModeBoundariesFollowTheInclinations)
 {
     double const S = 90, Yc = 185;
-    for (auto fibre : {analysis::FibreKind::Carbon, analysis::FibreKind::Glass}) {
+    for (auto fibre : {laminate::analysis::FibreKind::Carbon, laminate::analysis::FibreKind::Glass}) {
         CriterionPly ply = carbon();
         ply.fibre = fibre;
-        double const pC = fibre == analysis::FibreKind::Carbon ? 0.30 : 0.25;
-        analysis::PuckConstants c;
-        ASSERT_TRUE(analysis::puckConstants(ply, c));
+        double const pC = fibre == laminate::analysis::FibreKind::Carbon ? 0.30 : 0.25;
+        laminate::analysis::PuckConstants c;
+        ASSERT_TRUE(laminate::analysis::puckConstants(ply, c));
         double const RA = S / (2 * pC) * (std::sqrt(1 + 2 * pC * Yc / S) - 1);
         EXPECT_NEAR(c.RA, RA, 1e-12 * RA);
         EXPECT_NEAR(c.pPerpC, pC * RA / S, 1e-12);
@@ -52,20 +52,20 @@ TEST(CriterionPuck, ModeBoundariesFollowTheInclinations)
 
         PreparedCriterion const p = prepared("puck", ply);
         // (-RA, tau21c) lies on the envelope, where modes B and C meet.
-        EXPECT_NEAR(analysis::assess(p, {0, -RA, c.tau21c}).index, 1.0, 1e-12);
-        EXPECT_NEAR(analysis::rate(p, {0, 0, 0}, {0, -RA / 4, c.tau21c / 4}).rf, 4.0, 1e-12);
+        EXPECT_NEAR(laminate::analysis::assess(p, {0, -RA, c.tau21c}).index, 1.0, 1e-12);
+        EXPECT_NEAR(laminate::analysis::rate(p, {0, 0, 0}, {0, -RA / 4, c.tau21c / 4}).rf, 4.0, 1e-12);
         // Under t12 = 40, mode B turns into mode C at s2 = -RA 40 / tau21c,
         // with the index continuous there and the fracture plane leaving 0.
         double const s2 = -RA * 40 / c.tau21c;
         PlyStress const b{0, s2 * (1 - 1e-9), 40}, cc{0, s2 * (1 + 1e-9), 40};
         EXPECT_EQ(mode(p, b), "IFF-B");
         EXPECT_EQ(mode(p, cc), "IFF-C");
-        EXPECT_NEAR(analysis::assess(p, b).index, analysis::assess(p, cc).index, 1e-8);
-        EXPECT_EQ(analysis::assess(p, b).extra[0], 0.0);
-        EXPECT_NEAR(analysis::assess(p, cc).extra[0], 0.0, 0.01);
+        EXPECT_NEAR(laminate::analysis::assess(p, b).index, laminate::analysis::assess(p, cc).index, 1e-8);
+        EXPECT_EQ(laminate::analysis::assess(p, b).extra[0], 0.0);
+        EXPECT_NEAR(laminate::analysis::assess(p, cc).extra[0], 0.0, 0.01);
         // Pure transverse compression: cos^2 theta_fp = 1 / (2 (1 + pPC)).
         double const theta = std::acos(std::sqrt(0.5 / (1 + c.pPerpC))) * 180 / kPi;
-        EXPECT_NEAR(analysis::assess(p, {0, -100, 0}).extra[0], theta, 1e-9);
+        EXPECT_NEAR(laminate::analysis::assess(p, {0, -100, 0}).extra[0], theta, 1e-9);
         EXPECT_GT(theta, 49.0);
         EXPECT_LT(theta, 52.0);
     }
@@ -81,17 +81,17 @@ TEST(CriterionPuck, WeakeningBySigma1)
     PreparedCriterion const weak = prepared("puck", ply, on), plain = prepared("puck", ply);
     double const a = 0.5 / std::sqrt(1 - 0.25), eta = std::sqrt(1 - std::pow(0.3 / a, 2));
     PlyStress const edge{0.8 * 2560, eta * 73, 0};
-    EXPECT_NEAR(analysis::assess(weak, edge).index, 1.0, 1e-12);
-    EXPECT_NEAR(analysis::assess(plain, edge).index, eta, 1e-12);
-    EXPECT_NEAR(analysis::rate(weak, {0, 0, 0}, {0.4 * 2560, eta * 36.5, 0}).rf, 2.0, 1e-9);
+    EXPECT_NEAR(laminate::analysis::assess(weak, edge).index, 1.0, 1e-12);
+    EXPECT_NEAR(laminate::analysis::assess(plain, edge).index, eta, 1e-12);
+    EXPECT_NEAR(laminate::analysis::rate(weak, {0, 0, 0}, {0.4 * 2560, eta * 36.5, 0}).rf, 2.0, 1e-9);
     PlyStress const low{0.2 * 2560, 50, 10};  // fails by IFF at x = 0.29
-    EXPECT_EQ(analysis::assess(weak, low).index, analysis::assess(plain, low).index);
+    EXPECT_EQ(laminate::analysis::assess(weak, low).index, laminate::analysis::assess(plain, low).index);
     // A residual transverse tension held while the fibres are loaded: the
     // ply fails in inter-fibre mode A before the fibres, once weakened.
-    analysis::Rating const r = analysis::rate(weak, {0, 60, 0}, {100, 0, 0});
+    laminate::analysis::Rating const r = laminate::analysis::rate(weak, {0, 60, 0}, {100, 0, 0});
     EXPECT_EQ(weak.info->modes[r.mode], std::string("IFF-A"));
     EXPECT_LT(r.rf, 25.6);
-    EXPECT_NEAR(analysis::assess(weak, {100 * r.rf, 60, 0}).index, 1.0, 1e-9);
+    EXPECT_NEAR(laminate::analysis::assess(weak, {100 * r.rf, 60, 0}).index, 1.0, 1e-9);
 }
 
 // In-situ strengths of thin embedded, thin outer and thick plies, in
@@ -100,8 +100,8 @@ TEST(CriterionLarc03, InSituStrengths)
 {
     CriterionPly ply = carbon();
     double const L = 2 * (1 / 11400.0 - 0.32 * 0.32 / 161000);
-    analysis::Larc03Constants c;
-    ASSERT_EQ(analysis::larc03Constants(ply, c), Verdict::Ok);
+    laminate::analysis::Larc03Constants c;
+    ASSERT_EQ(laminate::analysis::larc03Constants(ply, c), Verdict::Ok);
     EXPECT_TRUE(c.thin);
     EXPECT_NEAR(c.Lambda22, L, 1e-15);
     double const YtThin = std::sqrt(8 * 0.258 / (kPi * 0.125 * L));
@@ -111,8 +111,8 @@ TEST(CriterionLarc03, InSituStrengths)
     EXPECT_NEAR(c.g, 0.258 / 1.08, 1e-15);
     // The thin embedded ply fails at its in-situ strengths.
     PreparedCriterion const p = prepared("larc03", ply);
-    EXPECT_NEAR(analysis::rate(p, {0, 0, 0}, {0, 10, 0}).rf, YtThin / 10, 1e-12 * YtThin);
-    EXPECT_NEAR(analysis::rate(p, {0, 0, 0}, {0, 0, -10}).rf, SThin / 10, 1e-12 * SThin);
+    EXPECT_NEAR(laminate::analysis::rate(p, {0, 0, 0}, {0, 10, 0}).rf, YtThin / 10, 1e-12 * YtThin);
+    EXPECT_NEAR(laminate::analysis::rate(p, {0, 0, 0}, {0, 0, -10}).rf, SThin / 10, 1e-12 * SThin);
 
     // The same ply in N-m-Pa: stresses times 1e6, lengths times 1e-3,
     // toughness (N/mm to J/m^2) times 1e3.
@@ -125,32 +125,32 @@ TEST(CriterionLarc03, InSituStrengths)
     si.GIIc *= 1e3;
     si.t *= 1e-3;
     si.mmPerLength = 1000;
-    analysis::Larc03Constants s;
-    ASSERT_EQ(analysis::larc03Constants(si, s), Verdict::Ok);
+    laminate::analysis::Larc03Constants s;
+    ASSERT_EQ(laminate::analysis::larc03Constants(si, s), Verdict::Ok);
     EXPECT_TRUE(s.thin);
     EXPECT_NEAR(s.YtIs, 1e6 * c.YtIs, 1e-6 * c.YtIs);
     EXPECT_NEAR(s.SLis, 1e6 * c.SLis, 1e-6 * c.SLis);
 
-    ply.site = analysis::PlySite::Outer;
-    ASSERT_EQ(analysis::larc03Constants(ply, c), Verdict::Ok);
+    ply.site = laminate::analysis::PlySite::Outer;
+    ASSERT_EQ(laminate::analysis::larc03Constants(ply, c), Verdict::Ok);
     EXPECT_NEAR(c.YtIs, 1.79 * std::sqrt(0.258 / (kPi * 0.125 * L)), 1e-9);
     EXPECT_NEAR(c.SLis, std::sqrt(4 * 5170 * 1.08 / (kPi * 0.125)), 1e-9);
 
     for (CriterionPly* q : {&ply, &si}) {
-        q->site = analysis::PlySite::Embedded;
+        q->site = laminate::analysis::PlySite::Embedded;
         q->t = 0.69 / q->mmPerLength;
-        ASSERT_EQ(analysis::larc03Constants(*q, c), Verdict::Ok);
+        ASSERT_EQ(laminate::analysis::larc03Constants(*q, c), Verdict::Ok);
         EXPECT_TRUE(c.thin);
         q->t = 0.7 / q->mmPerLength;
-        ASSERT_EQ(analysis::larc03Constants(*q, c), Verdict::Ok);
+        ASSERT_EQ(laminate::analysis::larc03Constants(*q, c), Verdict::Ok);
         EXPECT_FALSE(c.thin);
         double const scale = q->mmPerLength == 1 ? 1 : 1e6;
         EXPECT_NEAR(c.YtIs, 1.12 * std::sqrt(2.0) * 73 * scale, 1e-12 * c.YtIs);
         EXPECT_NEAR(c.SLis, std::sqrt(2.0) * 90 * scale, 1e-12 * c.SLis);
     }
     // A thick ply without toughness takes g from its strengths.
-    ply.given &= ~(analysis::kGivenGIc | analysis::kGivenGIIc);
-    ASSERT_EQ(analysis::larc03Constants(ply, c), Verdict::Ok);
+    ply.given &= ~(laminate::analysis::kGivenGIc | laminate::analysis::kGivenGIIc);
+    ASSERT_EQ(laminate::analysis::larc03Constants(ply, c), Verdict::Ok);
     EXPECT_NEAR(c.g, 1.12 * 1.12 * L * 5170 * 73 * 73 / (90 * 90), 1e-12);
 }
 
@@ -162,22 +162,22 @@ TEST(CriterionLarc03, FracturePlaneAndMisalignmentAngles)
     CriterionPly ply = carbon();
     ply.alpha0 = 53;
     PreparedCriterion const p = prepared("larc03", ply);
-    analysis::Assessment a = analysis::assess(p, {0, -100, 0});
+    laminate::analysis::Assessment a = laminate::analysis::assess(p, {0, -100, 0});
     EXPECT_EQ(p.info->modes[a.mode], std::string("matrix-compression"));
     EXPECT_NEAR(a.extra[0], 53.0, 1e-3);
     EXPECT_NEAR(a.index, std::pow(100 / 185.0, 2), 1e-12);
-    a = analysis::assess(p, {0, 20, 30});
+    a = laminate::analysis::assess(p, {0, 20, 30});
     EXPECT_EQ(a.extra[0], 0.0);
     // Shear with a little transverse compression: the plane stays near 0.
-    a = analysis::assess(p, {0, -1, 60});
+    a = laminate::analysis::assess(p, {0, -1, 60});
     EXPECT_LT(a.extra[0], 5.0);
 
-    analysis::Larc03Constants c;
-    ASSERT_EQ(analysis::larc03Constants(ply, c), Verdict::Ok);
-    analysis::Rating const r = analysis::rate(p, {0, 0, 0}, {-100, 0, 0});
+    laminate::analysis::Larc03Constants c;
+    ASSERT_EQ(laminate::analysis::larc03Constants(ply, c), Verdict::Ok);
+    laminate::analysis::Rating const r = laminate::analysis::rate(p, {0, 0, 0}, {-100, 0, 0});
     EXPECT_NEAR(r.rf, 15.9, 1e-12);
     EXPECT_EQ(p.info->modes[r.mode], std::string("fibre-kinking"));
-    a = analysis::assess(p, analysis::failureState({0, 0, 0}, {-100, 0, 0}, r));
+    a = laminate::analysis::assess(p, laminate::analysis::failureState({0, 0, 0}, {-100, 0, 0}, r));
     EXPECT_EQ(a.extraValid & 2u, 2u);
     EXPECT_NEAR(a.extra[1], c.phiC * 180 / kPi, 1e-12);
 }

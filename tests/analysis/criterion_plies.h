@@ -8,20 +8,20 @@ namespace criterion_plies {
 
 // A carbon/epoxy ply in N-mm-MPa with every strength and both toughnesses
 // given, 0.125 thick.
-inline analysis::CriterionPly carbon()
+inline laminate::analysis::CriterionPly carbon()
 {
-    analysis::CriterionPly p;
+    laminate::analysis::CriterionPly p;
     p.E1 = 161000;
     p.E2 = 11400;
     p.nu12 = 0.32;
     p.G12 = 5170;
-    p.set(analysis::kGivenXt, 2560);
-    p.set(analysis::kGivenXc, 1590);
-    p.set(analysis::kGivenYt, 73);
-    p.set(analysis::kGivenYc, 185);
-    p.set(analysis::kGivenS12, 90);
-    p.set(analysis::kGivenGIc, 0.258);
-    p.set(analysis::kGivenGIIc, 1.08);
+    p.set(laminate::analysis::kGivenXt, 2560);
+    p.set(laminate::analysis::kGivenXc, 1590);
+    p.set(laminate::analysis::kGivenYt, 73);
+    p.set(laminate::analysis::kGivenYc, 185);
+    p.set(laminate::analysis::kGivenS12, 90);
+    p.set(laminate::analysis::kGivenGIc, 0.258);
+    p.set(laminate::analysis::kGivenGIIc, 1.08);
     p.t = 0.125;
     return p;
 }

@@ -13,13 +13,13 @@
 #include "laminate/analysis/criterion.h"
 #include "criterion_plies.h"
 
-using analysis::CriterionInfo;
-using analysis::CriterionPly;
+using laminate::analysis::CriterionInfo;
+using laminate::analysis::CriterionPly;
 using criterion_plies::carbon;
-using analysis::PlyStress;
-using analysis::PreparedCriterion;
-using analysis::Rating;
-using analysis::Verdict;
+using laminate::analysis::PlyStress;
+using laminate::analysis::PreparedCriterion;
+using laminate::analysis::Rating;
+using laminate::analysis::Verdict;
 
 namespace {
 
@@ -27,7 +27,7 @@ double const kInf = std::numeric_limits<double>::infinity();
 
 CriterionInfo const& criterion(char const* name)
 {
-    CriterionInfo const* c = analysis::findCriterion(name);
+    CriterionInfo const* c = laminate::analysis::findCriterion(name);
     EXPECT_NE(c, nullptr) << name;
     return *c;
 }
@@ -36,8 +36,8 @@ Rating rate(char const* name, CriterionPly const& ply, PlyStress res, PlyStress 
             double const* params = nullptr)
 {
     PreparedCriterion p;
-    analysis::prepare(criterion(name), ply, params, p);
-    return analysis::rate(p, res, mech);
+    laminate::analysis::prepare(criterion(name), ply, params, p);
+    return laminate::analysis::rate(p, res, mech);
 }
 
 // The index at the failure state of a rating.
@@ -45,8 +45,8 @@ double indexAt(char const* name, CriterionPly const& ply, PlyStress res, PlyStre
                Rating const& r)
 {
     PreparedCriterion p;
-    analysis::prepare(criterion(name), ply, nullptr, p);
-    return analysis::assess(p, analysis::failureState(res, mech, r)).index;
+    laminate::analysis::prepare(criterion(name), ply, nullptr, p);
+    return laminate::analysis::assess(p, laminate::analysis::failureState(res, mech, r)).index;
 }
 
 std::string mode(char const* name, Rating const& r)
@@ -59,21 +59,21 @@ std::string mode(char const* name, Rating const& r)
 TEST(CriterionCatalogue, RowsAreCompleteAndFoundByName)
 {
     int n = 0;
-    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++, n++) {
+    for (CriterionInfo const* const* c = laminate::analysis::kCriteria; *c; c++, n++) {
         CriterionInfo const& row = **c;
-        EXPECT_EQ(analysis::findCriterion(row.name), &row);
+        EXPECT_EQ(laminate::analysis::findCriterion(row.name), &row);
         EXPECT_NE(row.modes[0], nullptr) << row.name;
-        EXPECT_LE(row.nparams, analysis::kMaxCriterionParams);
+        EXPECT_LE(row.nparams, laminate::analysis::kMaxCriterionParams);
         for (int i = 0; i < row.nparams; i++) {
             EXPECT_GE(row.params[i].def, row.params[i].min) << row.name;
             EXPECT_LE(row.params[i].def, row.params[i].max) << row.name;
         }
     }
     EXPECT_EQ(n, 8);
-    EXPECT_EQ(analysis::findCriterion("larc04"), nullptr);
-    EXPECT_EQ(analysis::wordIndex(criterion("puck").modes, "IFF-C"), 4);
-    EXPECT_STREQ(analysis::verdictWord(Verdict::NoStrength), "nostrength");
-    EXPECT_DOUBLE_EQ(analysis::marginOfSafety(2.0, 1.5), 1.0 / 3.0);
+    EXPECT_EQ(laminate::analysis::findCriterion("larc04"), nullptr);
+    EXPECT_EQ(laminate::analysis::wordIndex(criterion("puck").modes, "IFF-C"), 4);
+    EXPECT_STREQ(laminate::analysis::verdictWord(Verdict::NoStrength), "nostrength");
+    EXPECT_DOUBLE_EQ(laminate::analysis::marginOfSafety(2.0, 1.5), 1.0 / 3.0);
 }
 
 // Each criterion reduces to the strength under each uniaxial stress, in
@@ -81,7 +81,7 @@ TEST(CriterionCatalogue, RowsAreCompleteAndFoundByName)
 TEST(CriterionUniaxial, ReserveFactorIsStrengthOverStress)
 {
     CriterionPly ply = carbon();
-    ply.site = analysis::PlySite::Unidirectional;  // LaRC03 without in-situ strengths
+    ply.site = laminate::analysis::PlySite::Unidirectional;  // LaRC03 without in-situ strengths
     struct Case {
         PlyStress mech;
         double strength;
@@ -130,14 +130,14 @@ TEST(CriterionUniaxial, ReserveFactorIsStrengthOverStress)
 TEST(CriterionResidual, ResidualStateSetsTheStartOfThePath)
 {
     CriterionPly const ply = carbon();
-    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+    for (CriterionInfo const* const* c = laminate::analysis::kCriteria; *c; c++) {
         char const* name = (*c)->name;
         Rating r = rate(name, ply, {0, 400, 0}, {100, 0, 0});
         EXPECT_EQ(r.verdict, Verdict::Residual) << name;
         EXPECT_EQ(r.rf, 0.0) << name;
         EXPECT_GE(indexAt(name, ply, {0, 400, 0}, {100, 0, 0}, r), 1.0) << name;
         EXPECT_EQ(mode(name, r), std::strcmp(name, "puck") ? "matrix-tension" : "IFF-A");
-        EXPECT_STREQ(analysis::verdictWord(r.verdict), "residual");
+        EXPECT_STREQ(laminate::analysis::verdictWord(r.verdict), "residual");
 
         r = rate(name, ply, {0, 20, 0}, {0, 0, 0});
         EXPECT_EQ(r.verdict, Verdict::Never) << name;
@@ -158,9 +158,9 @@ TEST(CriterionResidual, ResidualStateSetsTheStartOfThePath)
 // each give their word and a factor of 0, never "never fails".
 TEST(CriterionRefusal, MissingDataHasItsWord)
 {
-    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+    for (CriterionInfo const* const* c = laminate::analysis::kCriteria; *c; c++) {
         CriterionPly ply = carbon();
-        ply.given &= ~analysis::kGivenYc;
+        ply.given &= ~laminate::analysis::kGivenYc;
         Rating r = rate((*c)->name, ply, {0, 0, 0}, {0, 0, 10});
         EXPECT_EQ(r.verdict, Verdict::NoStrength) << (*c)->name;
         EXPECT_EQ(r.rf, 0.0);
@@ -168,7 +168,7 @@ TEST(CriterionRefusal, MissingDataHasItsWord)
         EXPECT_EQ(r.verdict, Verdict::NonFinite) << (*c)->name;
         r = rate((*c)->name, carbon(), {kInf, 0, 0}, {0, 0, 10});
         EXPECT_EQ(r.verdict, Verdict::NonFinite) << (*c)->name;
-        EXPECT_EQ(analysis::assess(PreparedCriterion{*c, Verdict::NoData, {}}, {0, 0, 0}).verdict,
+        EXPECT_EQ(laminate::analysis::assess(PreparedCriterion{*c, Verdict::NoData, {}}, {0, 0, 0}).verdict,
                   Verdict::NoData);
     }
     CriterionPly ply = carbon();
@@ -176,7 +176,7 @@ TEST(CriterionRefusal, MissingDataHasItsWord)
     EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoStrength);
 
     ply = carbon();
-    ply.given &= ~(analysis::kGivenGIc | analysis::kGivenGIIc);
+    ply.given &= ~(laminate::analysis::kGivenGIc | laminate::analysis::kGivenGIIc);
     EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);  // thin ply
     ply.t = 1.0;  // thick: its in-situ strengths need no toughness
     EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::Ok);
@@ -184,16 +184,16 @@ TEST(CriterionRefusal, MissingDataHasItsWord)
     EXPECT_EQ(rate("larc03", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);
 
     ply = carbon();
-    ply.fibre = analysis::FibreKind::Other;  // no default inclinations
+    ply.fibre = laminate::analysis::FibreKind::Other;  // no default inclinations
     EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::NoData);
-    ply.set(analysis::kGivenPParT, 0.3);
-    ply.set(analysis::kGivenPParC, 0.25);
+    ply.set(laminate::analysis::kGivenPParT, 0.3);
+    ply.set(laminate::analysis::kGivenPParC, 0.25);
     EXPECT_EQ(rate("puck", ply, {0, 0, 0}, {0, 0, 1}).verdict, Verdict::Ok);
 
     ply = carbon();
-    ply.given &= ~analysis::kGivenXt;  // a strain allowable stands in for it
+    ply.given &= ~laminate::analysis::kGivenXt;  // a strain allowable stands in for it
     EXPECT_EQ(rate("maxstrain", ply, {0, 0, 0}, {1, 0, 0}).verdict, Verdict::NoStrength);
-    ply.set(analysis::kGivenE1t, 0.015);
+    ply.set(laminate::analysis::kGivenE1t, 0.015);
     EXPECT_DOUBLE_EQ(rate("maxstrain", ply, {0, 0, 0}, {1610, 0, 0}).rf, 1.5);
 
     double const f12[] = {2.0};
@@ -211,7 +211,7 @@ double bisection(PreparedCriterion const& p, PlyStress res, PlyStress mech, doub
 {
     auto index = [&](double r) {
         PlyStress const s{res.s1 + r * mech.s1, res.s2 + r * mech.s2, res.t12 + r * mech.t12};
-        return analysis::assess(p, s).index;
+        return laminate::analysis::assess(p, s).index;
     };
     int const steps = 4000;
     double lo = 0.0;
@@ -239,19 +239,19 @@ CriterionPly randomPly(std::mt19937& gen)
     p.E1 *= u(gen);
     p.E2 *= u(gen);
     p.G12 *= u(gen);
-    p.set(analysis::kGivenXt, p.Xt * u(gen));
-    p.set(analysis::kGivenXc, p.Xc * u(gen));
-    p.set(analysis::kGivenYt, p.Yt * u(gen));
-    p.set(analysis::kGivenYc, p.Yc * u(gen));
-    p.set(analysis::kGivenS12, p.S12 * u(gen));
-    p.set(analysis::kGivenGIc, p.GIc * u(gen));
-    p.set(analysis::kGivenGIIc, p.GIIc * u(gen));
+    p.set(laminate::analysis::kGivenXt, p.Xt * u(gen));
+    p.set(laminate::analysis::kGivenXc, p.Xc * u(gen));
+    p.set(laminate::analysis::kGivenYt, p.Yt * u(gen));
+    p.set(laminate::analysis::kGivenYc, p.Yc * u(gen));
+    p.set(laminate::analysis::kGivenS12, p.S12 * u(gen));
+    p.set(laminate::analysis::kGivenGIc, p.GIc * u(gen));
+    p.set(laminate::analysis::kGivenGIIc, p.GIIc * u(gen));
     double const sites = std::uniform_real_distribution<double>(0, 3)(gen);
-    p.site = sites < 1   ? analysis::PlySite::Embedded
-             : sites < 2 ? analysis::PlySite::Outer
-                         : analysis::PlySite::Unidirectional;
+    p.site = sites < 1   ? laminate::analysis::PlySite::Embedded
+             : sites < 2 ? laminate::analysis::PlySite::Outer
+                         : laminate::analysis::PlySite::Unidirectional;
     p.t = u(gen) < 1.0 ? 0.125 * u(gen) : 1.0 * u(gen);
-    p.fibre = u(gen) < 1.0 ? analysis::FibreKind::Carbon : analysis::FibreKind::Glass;
+    p.fibre = u(gen) < 1.0 ? laminate::analysis::FibreKind::Carbon : laminate::analysis::FibreKind::Glass;
     return p;
 }
 
@@ -278,7 +278,7 @@ TEST(CriterionRandomPaths, ReserveFactorMatchesBisection)
         for (int trial = 0; trial < 300; trial++) {
             CriterionPly const ply = randomPly(gen);
             PreparedCriterion p;
-            Verdict const v = analysis::prepare(criterion(run.name), ply, run.params, p);
+            Verdict const v = laminate::analysis::prepare(criterion(run.name), ply, run.params, p);
             // Only LaRC03 may refuse a random ply: a thin ply's in-situ shear
             // strength can leave no misalignment angle that fails at Xc.
             if (v == Verdict::NoData && std::strcmp(run.name, "larc03") == 0) continue;
@@ -289,8 +289,8 @@ TEST(CriterionRandomPaths, ReserveFactorMatchesBisection)
             PlyStress mech{2000 * u(gen), 100 * u(gen), 80 * u(gen)};
             if (trial % 7 == 0) mech.s1 = 0.0;
             if (trial % 11 == 0) res.t12 = 0.0;
-            if (analysis::assess(p, res).index >= 1.0) continue;
-            Rating const r = analysis::rate(p, res, mech);
+            if (laminate::analysis::assess(p, res).index >= 1.0) continue;
+            Rating const r = laminate::analysis::rate(p, res, mech);
             double const top = r.rf < kInf ? 2.0 * r.rf : 1e3;
             double const ref = bisection(p, res, mech, top);
             if (r.rf == kInf) {
@@ -323,21 +323,21 @@ TEST(CriterionRandomPaths, ExtremeStressesGiveNumbers)
         return pick < 0.6 ? v : -v;
     };
     double const weak[] = {1, 0.5, 0.5};
-    for (CriterionInfo const* const* c = analysis::kCriteria; *c; c++) {
+    for (CriterionInfo const* const* c = laminate::analysis::kCriteria; *c; c++) {
         for (double const* params : {static_cast<double const*>(nullptr), weak}) {
             if (params && std::strcmp((*c)->name, "puck") != 0) continue;
             PreparedCriterion p;
-            ASSERT_EQ(analysis::prepare(**c, carbon(), params, p), Verdict::Ok);
+            ASSERT_EQ(laminate::analysis::prepare(**c, carbon(), params, p), Verdict::Ok);
             for (int trial = 0; trial < 2000; trial++) {
                 PlyStress const res{stress(), stress(), stress()};
                 PlyStress const mech{stress(), stress(), stress()};
-                Rating const r = analysis::rate(p, res, mech);
+                Rating const r = laminate::analysis::rate(p, res, mech);
                 EXPECT_TRUE(r.verdict == Verdict::Ok || r.verdict == Verdict::Never ||
                             r.verdict == Verdict::Residual)
                     << (*c)->name;
                 EXPECT_GE(r.rf, 0.0) << (*c)->name;
                 EXPECT_EQ(r.rf == 0.0, r.verdict == Verdict::Residual) << (*c)->name;
-                double const index = analysis::assess(p, res).index;
+                double const index = laminate::analysis::assess(p, res).index;
                 EXPECT_TRUE(std::isfinite(index)) << (*c)->name;
                 EXPECT_EQ(index >= 1.0, r.verdict == Verdict::Residual) << (*c)->name;
             }

@@ -9,8 +9,8 @@
 #include "laminate/lamina_build.h"
 #include "laminate/laminate/layer_recovery.h"
 
-using analysis::EngineeringConstants;
-using analysis::LaminateAnalysis;
+using laminate::analysis::EngineeringConstants;
+using laminate::analysis::LaminateAnalysis;
 using lamtest::near;
 
 namespace {
@@ -34,10 +34,10 @@ struct PlyQ {
 };
 
 EngineeringConstants constants(std::vector<lamtest::Ply> const& plies,
-                               analysis::PlyProperties const& props = {})
+                               laminate::analysis::PlyProperties const& props = {})
 {
     lamtest::Lam lam(plies);
-    return analysis::engineeringConstants(LaminateAnalysis(lam), props);
+    return laminate::analysis::engineeringConstants(LaminateAnalysis(lam), props);
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ TEST(EngineeringConstants, IsotropicPliesGiveTheirModuliBack)
     }
     lamtest::Lam lam(plies);
     LaminateAnalysis an(lam);
-    EngineeringConstants const e = analysis::engineeringConstants(an);
+    EngineeringConstants const e = laminate::analysis::engineeringConstants(an);
     ASSERT_EQ(e.status, EngineeringConstants::Ok);
     for (double v : {e.Ex, e.Ey, e.Exb, e.Eyb}) EXPECT_TRUE(near(v, E, 1e-9));
     for (double v : {e.Gxy, e.Gxyb}) EXPECT_TRUE(near(v, G, 1e-9));
@@ -76,7 +76,7 @@ TEST(EngineeringConstants, CrossPlyMatchesTheClosedFormsOfItsStiffness)
     double const t = 0.125, h = 4 * t, t3 = t * t * t, h3 = h * h * h;
     std::vector<lamtest::Ply> plies = {carbon(0), carbon(90), carbon(90), carbon(0)};
     double const sw[4] = {1.6e-5, 2.5e-5, 2.5e-5, 1.6e-5};
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.sw = sw;
     EngineeringConstants const e = constants(plies, props);
     ASSERT_EQ(e.status, EngineeringConstants::Ok);
@@ -99,9 +99,9 @@ TEST(EngineeringConstants, CrossPlyMatchesTheClosedFormsOfItsStiffness)
 TEST(EngineeringConstants, ReportsWhatItCannotComputeAndNeverEnds)
 {
     LaminateAnalysis none;
-    EXPECT_EQ(analysis::engineeringConstants(none).status, EngineeringConstants::NotPrepared);
+    EXPECT_EQ(laminate::analysis::engineeringConstants(none).status, EngineeringConstants::NotPrepared);
     double c[36];
-    EXPECT_FALSE(analysis::abdCompliance(none, c));
+    EXPECT_FALSE(laminate::analysis::abdCompliance(none, c));
     EXPECT_EQ(c[0], 0.0);
 
     // A Poisson ratio the strict reader refuses makes the ply stiffness
@@ -109,7 +109,7 @@ TEST(EngineeringConstants, ReportsWhatItCannotComputeAndNeverEnds)
     lamtest::Ply p = carbon(0);
     p.E1 = p.E2 = 100, p.G12 = 40, p.nu12 = 2;
     double const alpha[4] = {1, 1, 1, 1};
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.alpha = alpha;
     EngineeringConstants const e = constants({p, p}, props);
     EXPECT_EQ(e.status, EngineeringConstants::NotPositive);
@@ -121,12 +121,12 @@ TEST(EngineeringConstants, ReportsWhatItCannotComputeAndNeverEnds)
 TEST(FreeExpansion, RotatedPlyExpandsAsItsStiffnessAndRecoveryTurnIt)
 {
     double const a1 = -0.3e-6, a2 = 28e-6, alpha[2] = {a1, a2};
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.alpha = alpha;
     for (double angle : {0.0, 30.0, -45.0, 90.0, 112.5}) {
         lamtest::Lam lam({carbon(angle, 0.2)});
         LaminateAnalysis an(lam);
-        EngineeringConstants const e = analysis::engineeringConstants(an, props);
+        EngineeringConstants const e = laminate::analysis::engineeringConstants(an, props);
         ASSERT_TRUE(e.hasThermal);
         // The tensor rotation of (a1, a2, 0), engineering shear; no curvature.
         double const c = std::cos(angle * M_PI / 180), s = std::sin(angle * M_PI / 180);
@@ -157,7 +157,7 @@ TEST(FreeExpansion, CrossPlyAndBimetalMatchHandComputations)
     // no shear, no curvature; moisture alike.
     double const a1 = -0.3e-6, a2 = 28e-6, b2 = 0.4;
     double const alpha[8] = {a1, a2, a1, a2, a1, a2, a1, a2}, beta[8] = {0, b2, 0, b2, 0, b2, 0, b2};
-    analysis::PlyProperties props;
+    laminate::analysis::PlyProperties props;
     props.alpha = alpha;
     props.beta = beta;
     EngineeringConstants const e = constants({carbon(0), carbon(90), carbon(90), carbon(0)}, props);

@@ -15,11 +15,11 @@
 #include "laminate/lamina_build.h"
 #include "laminate/laminate/strict_record.h"
 
-using analysis::Criterion;
-using analysis::Face;
-using analysis::LaminateAnalysis;
-using analysis::Outcome;
-using analysis::PlyFailure;
+using laminate::analysis::Criterion;
+using laminate::analysis::Face;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::Outcome;
+using laminate::analysis::PlyFailure;
 using vantrel::ReaVecV;
 
 namespace {
@@ -164,13 +164,13 @@ TEST(FirstPlyFailureRule, ANanIndexIsReportedNeverCountedAsHolding)
     EXPECT_FALSE(an.firstPlyFailure(sheared, Criterion::LaRC04).nanIgnored);
 
     // The envelope has no point where the ray's answer is undefined.
-    std::vector<analysis::EnvelopePoint> const pts = analysis::envelope(an, 1, 2, Criterion::TsaiWu, 4);
+    std::vector<laminate::analysis::EnvelopePoint> const pts = laminate::analysis::envelope(an, 1, 2, Criterion::TsaiWu, 4);
     ASSERT_EQ(pts.size(), 4u);
     for (auto const& p : pts) {
         EXPECT_EQ(p.failure.outcome, Outcome::Undefined);
         EXPECT_TRUE(std::isnan(p.x) && std::isnan(p.y));
     }
-    EXPECT_TRUE(std::isfinite(analysis::envelope(an, 1, 2, Criterion::Hashin, 4)[0].x));
+    EXPECT_TRUE(std::isfinite(laminate::analysis::envelope(an, 1, 2, Criterion::Hashin, 4)[0].x));
 }
 
 TEST(FirstPlyFailureRule, OverflowIsAnOutcomeNotAFactor)

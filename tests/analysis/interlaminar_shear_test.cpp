@@ -10,9 +10,9 @@
 #include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/lamina_build.h"
 
-using analysis::InterlaminarShear;
-using analysis::LaminateAnalysis;
-using analysis::ShearPoint;
+using laminate::analysis::InterlaminarShear;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::ShearPoint;
 using lamtest::near;
 
 namespace {

@@ -14,14 +14,14 @@
 #include "laminate/analysis/residual_stress.h"
 #include "laminate/lamina_build.h"
 
-using analysis::CriterionPly;
-using analysis::Face;
-using analysis::LaminateAnalysis;
-using analysis::LaminateFailure;
-using analysis::LaminateRating;
-using analysis::PlyStress;
-using analysis::ResidualStress;
-using analysis::Verdict;
+using laminate::analysis::CriterionPly;
+using laminate::analysis::Face;
+using laminate::analysis::LaminateAnalysis;
+using laminate::analysis::LaminateFailure;
+using laminate::analysis::LaminateRating;
+using laminate::analysis::PlyStress;
+using laminate::analysis::ResidualStress;
+using laminate::analysis::Verdict;
 using lamtest::near;
 
 namespace {
@@ -36,24 +36,24 @@ lamtest::Ply carbon(double angle, double t = 0.125)
     return p;
 }
 
-CriterionPly criterionPly(lamtest::Ply const& r, analysis::PlySite site)
+CriterionPly criterionPly(lamtest::Ply const& r, laminate::analysis::PlySite site)
 {
     CriterionPly p;
     p.E1 = r.E1, p.E2 = r.E2, p.nu12 = r.nu12, p.G12 = r.G12, p.t = r.t, p.site = site;
-    p.set(analysis::kGivenXt, 2000);
-    p.set(analysis::kGivenXc, 1200);
-    p.set(analysis::kGivenYt, 50);
-    p.set(analysis::kGivenYc, 200);
-    p.set(analysis::kGivenS12, 80);
-    p.set(analysis::kGivenGIc, 0.26);
-    p.set(analysis::kGivenGIIc, 1.0);
+    p.set(laminate::analysis::kGivenXt, 2000);
+    p.set(laminate::analysis::kGivenXc, 1200);
+    p.set(laminate::analysis::kGivenYt, 50);
+    p.set(laminate::analysis::kGivenYc, 200);
+    p.set(laminate::analysis::kGivenS12, 80);
+    p.set(laminate::analysis::kGivenGIc, 0.26);
+    p.set(laminate::analysis::kGivenGIIc, 1.0);
     return p;
 }
 
 int criterionIndex(char const* name)
 {
-    for (int c = 0; analysis::kCriteria[c]; c++)
-        if (std::strcmp(analysis::kCriteria[c]->name, name) == 0) return c;
+    for (int c = 0; laminate::analysis::kCriteria[c]; c++)
+        if (std::strcmp(laminate::analysis::kCriteria[c]->name, name) == 0) return c;
     ADD_FAILURE() << name;
     return 0;
 }
@@ -165,7 +165,7 @@ TEST(LaminateRating, SinglePlyUniaxialGivesStrengthOverStress)
     lamtest::Ply const p = carbon(0, t);
     lamtest::Lam lam({p});
     LaminateAnalysis an(lam);
-    LaminateRating const rating(an, {criterionPly(p, analysis::plySite(1, 1))}, nullptr, nullptr);
+    LaminateRating const rating(an, {criterionPly(p, laminate::analysis::plySite(1, 1))}, nullptr, nullptr);
     ASSERT_EQ(rating.status(), LaminateRating::Ok);
     struct Case {
         double loads[8];
@@ -179,8 +179,8 @@ TEST(LaminateRating, SinglePlyUniaxialGivesStrengthOverStress)
                           {{0, 0, -10, 0, 0, 0, 0, 0}, 80, 10}};
     char const* const fibreModes[] = {"fibre-tension", "fibre-compression", "matrix-tension",
                                       "matrix-compression", "shear", "shear"};
-    for (int c = 0; analysis::kCriteria[c]; c++) {
-        char const* name = analysis::kCriteria[c]->name;
+    for (int c = 0; laminate::analysis::kCriteria[c]; c++) {
+        char const* name = laminate::analysis::kCriteria[c]->name;
         for (int i = 0; i < 6; i++) {
             Case const& k = cases[i];
             LaminateFailure const f = rating.firstPlyFailure(c, {k.loads, 0, 0});
@@ -188,7 +188,7 @@ TEST(LaminateRating, SinglePlyUniaxialGivesStrengthOverStress)
             EXPECT_TRUE(near(f.rf, k.strength * t / k.resultant, 1e-9)) << name << " case " << i;
             EXPECT_EQ(f.ply, 1);
             if (std::strncmp(name, "max", 3) == 0) {
-                EXPECT_STREQ(analysis::kCriteria[c]->modes[f.mode], fibreModes[i]) << name;
+                EXPECT_STREQ(laminate::analysis::kCriteria[c]->modes[f.mode], fibreModes[i]) << name;
             }
         }
     }
@@ -210,7 +210,7 @@ TEST(LaminateRating, ResidualStressesAloneGiveZeroAndTheirWord)
     LaminateAnalysis an(lam);
     double const alpha[8] = {a1, a2, a1, a2, a1, a2, a1, a2};
     std::vector<CriterionPly> cps;
-    for (int k = 1; k <= 4; k++) cps.push_back(criterionPly(plies[k - 1], analysis::plySite(k, 4)));
+    for (int k = 1; k <= 4; k++) cps.push_back(criterionPly(plies[k - 1], laminate::analysis::plySite(k, 4)));
     LaminateRating const rating(an, cps, alpha, nullptr);
     int const maxstress = criterionIndex("maxstress");
     double const load[8] = {100, 0, 0, 0, 0, 0, 0, 0};
@@ -222,8 +222,8 @@ TEST(LaminateRating, ResidualStressesAloneGiveZeroAndTheirWord)
     EXPECT_EQ(cold.verdict, Verdict::Residual);
     EXPECT_EQ(cold.rf, 0.0);
     EXPECT_EQ(cold.ply, 1);
-    EXPECT_STREQ(analysis::kCriteria[maxstress]->modes[cold.mode], "matrix-tension");
-    EXPECT_STREQ(analysis::verdictWord(cold.verdict), "residual");
+    EXPECT_STREQ(laminate::analysis::kCriteria[maxstress]->modes[cold.mode], "matrix-tension");
+    EXPECT_STREQ(laminate::analysis::verdictWord(cold.verdict), "residual");
     // Cooled less, the 90 degree plies under N1 fail at the load that brings
     // their transverse stress from the residual one up to Yt.
     LaminateFailure const warm = rating.firstPlyFailure(maxstress, {load, -0.5 * cracking, 0});
@@ -238,60 +238,60 @@ TEST(LaminateRating, PliesWithoutWhatACriterionNeedsSayWhy)
     lamtest::Ply const p = carbon(0);
     lamtest::Lam lam({p, carbon(90), p});
     LaminateAnalysis an(lam);
-    std::vector<CriterionPly> cps(3, criterionPly(p, analysis::PlySite::Outer));
+    std::vector<CriterionPly> cps(3, criterionPly(p, laminate::analysis::PlySite::Outer));
     cps[1] = CriterionPly{};  // the middle ply: moduli only, no strength
     cps[1].E1 = p.E1, cps[1].E2 = p.E2, cps[1].nu12 = p.nu12, cps[1].G12 = p.G12;
     LaminateRating const rating(an, cps, nullptr, nullptr);
     double const load[8] = {100, 0, 0, 0, 0, 0, 0, 0};
-    for (int c = 0; analysis::kCriteria[c]; c++) {
+    for (int c = 0; laminate::analysis::kCriteria[c]; c++) {
         LaminateFailure const f = rating.firstPlyFailure(c, {load, 0, 0});
-        EXPECT_EQ(f.verdict, Verdict::NoStrength) << analysis::kCriteria[c]->name;
+        EXPECT_EQ(f.verdict, Verdict::NoStrength) << laminate::analysis::kCriteria[c]->name;
         EXPECT_EQ(f.ply, 2);
         EXPECT_EQ(f.rf, 0.0);
-        analysis::FaceRating const r = rating.ratePly(c, 2, {load, 0, 0});
+        laminate::analysis::FaceRating const r = rating.ratePly(c, 2, {load, 0, 0});
         EXPECT_EQ(r.rating.verdict, Verdict::NoStrength);
         EXPECT_EQ(r.face, Face::None);
         EXPECT_EQ(rating.ratePly(c, 1, {load, 0, 0}).rating.verdict, Verdict::Ok);
     }
     // A record without a fibre kind gives Puck no inclinations.
     laminate_model::PlyData d = an.plies()[0].data;
-    CriterionPly const fromRecord = analysis::criterionPly(d, analysis::PlySite::Outer);
-    EXPECT_EQ(fromRecord.fibre, analysis::FibreKind::Other);
-    EXPECT_TRUE(fromRecord.has(analysis::kGivenStrengths));
+    CriterionPly const fromRecord = laminate::analysis::criterionPly(d, laminate::analysis::PlySite::Outer);
+    EXPECT_EQ(fromRecord.fibre, laminate::analysis::FibreKind::Other);
+    EXPECT_TRUE(fromRecord.has(laminate::analysis::kGivenStrengths));
     d.Yt = 0;  // 0 is "not given" in a record
-    EXPECT_FALSE(analysis::criterionPly(d, analysis::PlySite::Outer).has(analysis::kGivenYt));
+    EXPECT_FALSE(laminate::analysis::criterionPly(d, laminate::analysis::PlySite::Outer).has(laminate::analysis::kGivenYt));
 }
 
 TEST(LaminateRating, MaterialsMapToTheCriteriaWithTheirUnitsAndSites)
 {
-    analysis::PlyMaterial m;
+    laminate::analysis::PlyMaterial m;
     ASSERT_TRUE(m.read({{"E1", "140e9"}, {"E2", "9e9"}, {"nu12", "0.3"}, {"G12", "4.6e9"},
                         {"Xt", "2e9"}, {"Yc", "2e8"}, {"GIc", "260"}, {"fibre", "glass"},
                         {"units", "N-m-Pa"}, {"alpha0", "50"}}));
-    CriterionPly const p = analysis::criterionPly(m, 0.000125, analysis::PlySite::Embedded);
+    CriterionPly const p = laminate::analysis::criterionPly(m, 0.000125, laminate::analysis::PlySite::Embedded);
     EXPECT_EQ(p.mmPerLength, 1000.0);
-    EXPECT_EQ(p.fibre, analysis::FibreKind::Glass);
+    EXPECT_EQ(p.fibre, laminate::analysis::FibreKind::Glass);
     EXPECT_EQ(p.alpha0, 50.0);
     EXPECT_EQ(p.t, 0.000125);
-    EXPECT_TRUE(p.has(analysis::kGivenXt | analysis::kGivenYc | analysis::kGivenGIc));
-    EXPECT_FALSE(p.has(analysis::kGivenXc));
-    EXPECT_FALSE(p.has(analysis::kGivenGIIc));
+    EXPECT_TRUE(p.has(laminate::analysis::kGivenXt | laminate::analysis::kGivenYc | laminate::analysis::kGivenGIc));
+    EXPECT_FALSE(p.has(laminate::analysis::kGivenXc));
+    EXPECT_FALSE(p.has(laminate::analysis::kGivenGIIc));
     // Glass has default inclinations, which count as given.
-    EXPECT_TRUE(p.has(analysis::kGivenPParT | analysis::kGivenPParC));
-    EXPECT_EQ(analysis::plySite(1, 1), analysis::PlySite::Unidirectional);
-    EXPECT_EQ(analysis::plySite(1, 4), analysis::PlySite::Outer);
-    EXPECT_EQ(analysis::plySite(4, 4), analysis::PlySite::Outer);
-    EXPECT_EQ(analysis::plySite(2, 4), analysis::PlySite::Embedded);
+    EXPECT_TRUE(p.has(laminate::analysis::kGivenPParT | laminate::analysis::kGivenPParC));
+    EXPECT_EQ(laminate::analysis::plySite(1, 1), laminate::analysis::PlySite::Unidirectional);
+    EXPECT_EQ(laminate::analysis::plySite(1, 4), laminate::analysis::PlySite::Outer);
+    EXPECT_EQ(laminate::analysis::plySite(4, 4), laminate::analysis::PlySite::Outer);
+    EXPECT_EQ(laminate::analysis::plySite(2, 4), laminate::analysis::PlySite::Embedded);
 }
 
 namespace {
 
 // The first r at which the index of res + r mech reaches 1, by a scan of
 // 4000 steps on [0, top] and bisection of the first step that reaches it.
-double bisection(analysis::PreparedCriterion const& p, PlyStress res, PlyStress mech, double top)
+double bisection(laminate::analysis::PreparedCriterion const& p, PlyStress res, PlyStress mech, double top)
 {
     auto index = [&](double r) {
-        return analysis::assess(p, {res.s1 + r * mech.s1, res.s2 + r * mech.s2,
+        return laminate::analysis::assess(p, {res.s1 + r * mech.s1, res.s2 + r * mech.s2,
                                     res.t12 + r * mech.t12})
             .index;
     };
@@ -329,8 +329,8 @@ TEST(LaminateRating, ReserveFactorsMatchBisectionOnRecoveredStresses)
         for (int k = 1; k <= n; k++) {
             plies.push_back(carbon(std::round(-90 + 180 * u(gen)), 0.1 + 0.3 * u(gen)));
             plies.back().E2 *= 0.8 + 0.4 * u(gen);
-            cps.push_back(criterionPly(plies.back(), analysis::plySite(k, n)));
-            cps.back().fibre = analysis::FibreKind::Carbon;
+            cps.push_back(criterionPly(plies.back(), laminate::analysis::plySite(k, n)));
+            cps.back().fibre = laminate::analysis::FibreKind::Carbon;
             alpha.insert(alpha.end(), {-0.5e-6 * u(gen), 20e-6 + 15e-6 * u(gen)});
         }
         lamtest::Lam lam(plies);
@@ -340,33 +340,33 @@ TEST(LaminateRating, ReserveFactorsMatchBisectionOnRecoveredStresses)
         double loads[8];
         for (int i = 0; i < 8; i++) loads[i] = (u(gen) < 0.3 ? 0.0 : -200 + 400 * u(gen)) / (i < 3 ? 1 : 10);
         double const dT = -300 * u(gen);
-        analysis::Evaluation ev;
+        laminate::analysis::Evaluation ev;
         an.evaluate(loads, ev);
-        for (int c = 0; analysis::kCriteria[c]; c++) {
+        for (int c = 0; laminate::analysis::kCriteria[c]; c++) {
             double smallest = kInf;
             for (int k = 1; k <= n; k++) {
-                analysis::PreparedCriterion const& p = rating.prepared(c, k);
+                laminate::analysis::PreparedCriterion const& p = rating.prepared(c, k);
                 if (p.status != Verdict::Ok) continue;  // LaRC03 may refuse a thin ply
                 for (Face f : {Face::Top, Face::Bottom}) {
                     double const* s = f == Face::Top ? ev.plies[k - 1].state.stressesTopLam
                                                      : ev.plies[k - 1].state.stressesBasLam;
                     PlyStress const mech{s[0], s[1], s[2]};
                     PlyStress const res = rating.residual().stress(k, f, dT, 0);
-                    analysis::FaceRating const r = rating.rateFace(c, k, f, {loads, dT, 0});
+                    laminate::analysis::FaceRating const r = rating.rateFace(c, k, f, {loads, dT, 0});
                     smallest = std::fmin(smallest, r.rating.rf);
                     if (r.rating.verdict == Verdict::Residual) {
-                        EXPECT_GE(analysis::assess(p, res).index, 1.0);
+                        EXPECT_GE(laminate::analysis::assess(p, res).index, 1.0);
                         residual++;
                         continue;
                     }
                     double const top = r.rating.rf < kInf ? 2.0 * r.rating.rf : 1e3;
                     double const ref = bisection(p, res, mech, top);
                     if (r.rating.rf == kInf) {
-                        EXPECT_EQ(ref, kInf) << analysis::kCriteria[c]->name;
+                        EXPECT_EQ(ref, kInf) << laminate::analysis::kCriteria[c]->name;
                         continue;
                     }
                     EXPECT_NEAR(r.rating.rf, ref, 1e-9 * ref)
-                        << analysis::kCriteria[c]->name << " trial " << trial << " ply " << k;
+                        << laminate::analysis::kCriteria[c]->name << " trial " << trial << " ply " << k;
                     checked++;
                 }
             }

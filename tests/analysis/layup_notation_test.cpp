@@ -7,7 +7,7 @@
 
 #include "laminate/analysis/layup_notation.h"
 
-using analysis::LayupNotation;
+using laminate::analysis::LayupNotation;
 
 namespace {
 

@@ -11,9 +11,9 @@
 #include "laminate/analysis/layup_record.h"
 #include "laminate/laminate/strict_record.h"
 
-using analysis::LayupPly;
-using analysis::LayupRecord;
-using analysis::PlyMaterial;
+using laminate::analysis::LayupPly;
+using laminate::analysis::LayupRecord;
+using laminate::analysis::PlyMaterial;
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
 namespace {
@@ -90,7 +90,7 @@ TEST(LayupRecord, EveryFieldReadsBackAsTheMaterialsDouble)
     EXPECT_EQ(strict.field(3, fieldIndex("Xt")), 0.0);
     EXPECT_EQ(strict.field(3, fieldIndex("flag")), 0.0);
     EXPECT_EQ(strict.field(3, fieldIndex("t")), 0.5);
-    EXPECT_EQ(rec.unitSystem(), analysis::UnitSystem::NmmMPa);
+    EXPECT_EQ(rec.unitSystem(), laminate::analysis::UnitSystem::NmmMPa);
 }
 
 TEST(LayupRecord, ThicknessOfThePlyThenTheLayupThenTheMaterial)

@@ -16,11 +16,11 @@
 #include "laminate/analysis/material_library.h"
 #include "laminate/analysis/ply_material.h"
 
-using analysis::DecimalRead;
-using analysis::Fibre;
-using analysis::MaterialLibrary;
-using analysis::PlyMaterial;
-using analysis::UnitSystem;
+using laminate::analysis::DecimalRead;
+using laminate::analysis::Fibre;
+using laminate::analysis::MaterialLibrary;
+using laminate::analysis::PlyMaterial;
+using laminate::analysis::UnitSystem;
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
 namespace {
@@ -151,13 +151,13 @@ TEST(DecimalNumbers, ReadTheRecordsGrammarOnly)
 {
     double v = 0;
     for (char const* ok : {"1", "-1.5", "+.5", "2.", "1e5", "1E-5", "0.000125"}) {
-        EXPECT_EQ(analysis::readDecimal(ok, std::strlen(ok), v), DecimalRead::Ok) << ok;
+        EXPECT_EQ(laminate::analysis::readDecimal(ok, std::strlen(ok), v), DecimalRead::Ok) << ok;
         EXPECT_EQ(v, std::strtod(ok, nullptr)) << ok;
     }
     for (char const* bad : {"", ".", "e5", "1e", "0x1", "1.5.", " 1", "1 ", "--1", "1f"})
-        EXPECT_EQ(analysis::readDecimal(bad, std::strlen(bad), v), DecimalRead::NotDecimal) << bad;
+        EXPECT_EQ(laminate::analysis::readDecimal(bad, std::strlen(bad), v), DecimalRead::NotDecimal) << bad;
     for (char const* inf : {"inf", "-Infinity", "nan", "NaN(1)", "1e400"})
-        EXPECT_EQ(analysis::readDecimal(inf, std::strlen(inf), v), DecimalRead::NotFinite) << inf;
+        EXPECT_EQ(laminate::analysis::readDecimal(inf, std::strlen(inf), v), DecimalRead::NotFinite) << inf;
 }
 
 // ---- libraries -------------------------------------------------------------

@@ -53,18 +53,18 @@ void sameAsModel(StrictRecord const& strict, lamina1& lam, int rc)
 // A strictly accepted record must prepare.
 void analyse(lamina1& lam, double const loads[8], bool accepted, unsigned pick)
 {
-    analysis::LaminateAnalysis an;
-    if (an.prepare(lam) != analysis::LaminateAnalysis::Ok) {
+    laminate::analysis::LaminateAnalysis an;
+    if (an.prepare(lam) != laminate::analysis::LaminateAnalysis::Ok) {
         if (accepted) fail("a strictly accepted record did not prepare: status %d", an.status());
         return;
     }
-    analysis::Evaluation ev;
+    laminate::analysis::Evaluation ev;
     an.evaluate(loads, ev);
-    analysis::Criterion const all[] = {analysis::Criterion::TsaiWu, analysis::Criterion::Hashin,
-                                       analysis::Criterion::LaRC04};
-    for (analysis::Criterion c : all) an.firstPlyFailure(loads, c);
+    laminate::analysis::Criterion const all[] = {laminate::analysis::Criterion::TsaiWu, laminate::analysis::Criterion::Hashin,
+                                       laminate::analysis::Criterion::LaRC04};
+    for (laminate::analysis::Criterion c : all) an.firstPlyFailure(loads, c);
     int const i = 1 + pick % 8, j = 1 + (pick / 8) % 8;
-    if (i != j && lam.nlayers <= kWideLayers) analysis::envelope(an, i, j, all[pick % 3], 4);
+    if (i != j && lam.nlayers <= kWideLayers) laminate::analysis::envelope(an, i, j, all[pick % 3], 4);
 }
 
 // Every per-layer result operation on layer k.
