@@ -16,7 +16,6 @@
 
 namespace eval ::laminate::report::cases {
     variable loadNames {N1 N2 N12 M1 M2 M12 Q1 Q2}
-    variable criteria {tsaiwu hashin larc04}
     # Good rows handed to one laminate::batch call, and so rows held in
     # memory at once: small enough for the progress line to move, large
     # enough for the call to cost nothing.
@@ -266,16 +265,18 @@ proc ::laminate::report::cases::quote {text} {
 }
 
 # The output table's header: line, id (when the input has one), then the
-# factor, ply, face and mode of each criterion, and the error of a
-# malformed row.
-proc ::laminate::report::cases::header {hasId} {
-    variable criteria
+# factor, ply, face and mode of each criterion (and its margin of safety
+# with a factor of safety, mos 1), and the error of a malformed row.
+proc ::laminate::report::cases::header {hasId criteria mos} {
     set columns [list line]
     if {$hasId} {
         lappend columns id
     }
     foreach c $criteria {
         lappend columns ${c}_factor ${c}_ply ${c}_face ${c}_mode
+        if {$mos} {
+            lappend columns ${c}_mos
+        }
     }
     lappend columns error
 }
@@ -290,18 +291,20 @@ proc ::laminate::report::cases::header {hasId} {
 #             malformed row, the message as text.
 #   progress  command prefix called with (cases, bytes read) after each
 #             chunk, or "" for none.
+#   batch     the options of laminate::batch: -criterion LIST and any of
+#             -dT, -dM, -fos.
 # Returns a dict: hasId, cases (rows read), bad (malformed rows), and per
 # criterion c lowest.c {factor line} (empty when nothing was rated) and
 # below.c (cases with a factor below 1).  A header that cannot be used is
 # an error (code REPORT CASES), with its line number.
-proc ::laminate::report::cases::stream {chan material out bad onBad progress} {
+proc ::laminate::report::cases::stream {chan material out bad onBad progress batch} {
     variable block
     variable maxLine
-    variable criteria
     variable loadNames
     fconfigure $chan -translation binary
+    set criteria [dict get $batch -criterion]
     set job [dict create material $material out $out mode $bad onBad $onBad \
-        header {} layout {} pending {} good 0 rating 1 \
+        header {} layout {} pending {} good 0 rating 1 batch $batch \
         hasId 0 cases 0 bad 0]
     foreach c $criteria {
         dict set job lowest.$c {}
@@ -366,7 +369,7 @@ proc ::laminate::report::cases::stream {chan material out bad onBad progress} {
     if {$progress ne ""} {
         {*}$progress [dict get $job cases] $bytes 1
     }
-    dict remove $job material out mode onBad header layout pending good rating
+    dict remove $job material out mode onBad header layout pending good rating batch
 }
 
 # Takes one line (bytes, without its line end; "\n" for one too long) into
@@ -389,7 +392,9 @@ proc ::laminate::report::cases::take {jobVar lineNo text} {
             dict set job header $header
             dict set job layout [layout $header]
             dict set job hasId [dict exists $header id]
-            puts -nonewline [dict get $job out] "[join [header [dict get $job hasId]] ,]\n"
+            set batch [dict get $job batch]
+            puts -nonewline [dict get $job out] "[join [header [dict get $job hasId] \
+                [dict get $batch -criterion] [dict exists $batch -fos]] ,]\n"
             return
         }
         set row [readRow $text $lineNo [dict get $job layout]]
@@ -422,8 +427,10 @@ proc ::laminate::report::cases::take {jobVar lineNo text} {
 # it "case K: ...") becomes a malformed row with that message and the rest
 # is rated again, so one row never takes its chunk down with it.
 proc ::laminate::report::cases::rateChunk {jobVar} {
-    variable criteria
     upvar 1 $jobVar job
+    set batch [dict get $job batch]
+    set criteria [dict get $batch -criterion]
+    set mos [dict exists $batch -fos]
     set rows [dict get $job pending]
     dict set job pending {}
     dict set job good 0
@@ -446,7 +453,7 @@ proc ::laminate::report::cases::rateChunk {jobVar} {
             set rated {}
             break
         }
-        if {![catch {laminate::batch [dict get $job material] $loads} rated options]} {
+        if {![catch {laminate::batch [dict get $job material] $loads {*}$batch} rated options]} {
             break
         }
         if {[lindex [dict get $options -errorcode] 0] ne "LAMINATE"
@@ -473,7 +480,8 @@ proc ::laminate::report::cases::rateChunk {jobVar} {
             append text , [quote $id]
         }
         if {$error ne ""} {
-            append text ",,,,,,,,,,,,," [quote $error] \n
+            append text [string repeat , [expr {1 + [llength $criteria] * ($mos ? 5 : 4)}]] \
+                [quote $error] \n
             continue
         }
         set result [lindex $rated $k]
@@ -482,6 +490,9 @@ proc ::laminate::report::cases::rateChunk {jobVar} {
             set f [dict get $result $c]
             set factor [dict get $f factor]
             append text , $factor , [dict get $f ply] , [dict get $f face] , [dict get $f mode]
+            if {$mos} {
+                append text , [dict get $f mos]
+            }
             if {![string is double -strict $factor]} {
                 continue
             }
@@ -534,11 +545,24 @@ proc ::laminate::report::cases::stderrIsTerminal {} {
 #                    row (default: nothing)
 #   -progress CMD    called with (cases, bytes read) after each chunk of
 #                    rows, and (cases, bytes, 1) at the end
+#   -criteria LIST   the criteria, of the catalogue or the model (default
+#                    the package's, tsaiwu2d puck maxstrain)
+#   -dT T, -dM M, -fos F   passed to laminate::batch (-fos adds a column
+#                    C_mos after each criterion's mode)
 proc ::laminate::report::cases {name in out args} {
-    set opts [dict merge {-bad stop -onbad {} -progress {}} $args]
-    if {[dict size $opts] != 3} {
+    set known {-bad -onbad -progress -criteria -dT -dM -fos}
+    if {[llength $args] % 2} {
         return -code error -errorcode {LAMINATE OPTION} \
-            "bad option: must be -bad, -onbad or -progress"
+            "option \"[lindex $args end]\" needs a value"
+    }
+    set opts [dict create -bad stop -onbad {} -progress {} \
+        -criteria $::laminate::report::criteria]
+    foreach {key value} $args {
+        if {$key ni $known} {
+            return -code error -errorcode [list LAMINATE OPTION $key] \
+                "bad option \"$key\": must be [join $known {, }]"
+        }
+        dict set opts $key $value
     }
     if {[dict get $opts -bad] ni {stop skip}} {
         return -code error -errorcode {LAMINATE OPTION -bad} \
@@ -548,5 +572,11 @@ proc ::laminate::report::cases {name in out args} {
     if {$onBad eq ""} {
         set onBad {apply {{line message} {}}}
     }
-    cases::stream $in $name $out [dict get $opts -bad] $onBad [dict get $opts -progress]
+    set batch [dict create -criterion [dict get $opts -criteria]]
+    foreach key {-dT -dM -fos} {
+        if {[dict exists $opts $key]} {
+            dict set batch $key [dict get $opts $key]
+        }
+    }
+    cases::stream $in $name $out [dict get $opts -bad] $onBad [dict get $opts -progress] $batch
 }

@@ -8,6 +8,13 @@ namespace eval ::laminate::report {
     variable curveDefaults {-tolerance 0.002 -rays 72 -depth 10 -maxpoints 4000}
 }
 
+# The options curve passes on to laminate::envelope and laminate::fpf: the
+# temperature and moisture changes held along every ray, and the factor of
+# safety every point is divided by.
+namespace eval ::laminate::report {
+    variable curveLoadOptions {-dT -dM -fos}
+}
+
 # The first-ply failure envelope of the laminate `name` under `criterion`
 # in the plane of load components I and J (plane {I J}, from 1, or their
 # names as "N1 N12"), all other
@@ -30,13 +37,31 @@ namespace eval ::laminate::report {
 # where the ray has no component), as laminate::envelope does; one whose
 # factor the criterion answers with a word gives that word in both
 # coordinates.  Neither is refined next to.
+#
+# -dT, -dM and -fos go to laminate::envelope and laminate::fpf as they
+# are (catalogue criteria only with -dT/-dM): the envelope of the
+# mechanical loads with the residual stresses held, each point divided by
+# the factor of safety.
 proc ::laminate::report::curve {name plane criterion args} {
     variable curveDefaults
+    variable curveLoadOptions
+    if {[llength $args] % 2} {
+        return -code error -errorcode {LAMINATE OPTION} \
+            "option \"[lindex $args end]\" needs a value"
+    }
+    set loadOpts {}
+    foreach {key value} $args {
+        if {$key in $curveLoadOptions} {
+            dict set loadOpts $key $value
+            dict unset args $key
+        }
+    }
     set opts [dict merge $curveDefaults $args]
     dict for {key value} $opts {
         if {![dict exists $curveDefaults $key]} {
             return -code error -errorcode [list LAMINATE OPTION $key] \
-                "bad option \"$key\": must be [join [dict keys $curveDefaults] {, }]"
+                "bad option \"$key\": must be [join [concat [dict keys $curveDefaults] \
+                    $curveLoadOptions] {, }]"
         }
         if {![string is double -strict $value] || $value <= 0
                 || ($key ne "-tolerance" && ![string is integer -strict $value])} {
@@ -47,7 +72,7 @@ proc ::laminate::report::curve {name plane criterion args} {
     set tolerance [dict get $opts -tolerance]
     set plane [plane $plane]
     set coarse [laminate::envelope $name -plane $plane -criterion $criterion \
-        -points [dict get $opts -rays]]
+        -points [dict get $opts -rays] {*}$loadOpts]
     set ex 0.0
     set ey 0.0
     foreach p $coarse {
@@ -82,7 +107,7 @@ proc ::laminate::report::curve {name plane criterion args} {
             lset b 0 [expr {[lindex $b 0] + 2 * acos(-1)}]
         }
         lappend refined $a
-        lappend refined {*}[refine $name $plane $criterion $ex $ey $a $b $tolerance $step budget]
+        lappend refined {*}[refine $name $plane $criterion $ex $ey $a $b $tolerance $step budget $loadOpts]
     }
     lmap s $refined {lrange $s 1 2}
 }
@@ -90,7 +115,7 @@ proc ::laminate::report::curve {name plane criterion args} {
 # The samples strictly between a and b ({phi x y}) that keep the chords
 # within tolerance of the curve; budget (a variable) counts the points
 # still allowed.
-proc ::laminate::report::refine {name plane criterion ex ey a b tolerance step budgetVar} {
+proc ::laminate::report::refine {name plane criterion ex ey a b tolerance step budgetVar loadOpts} {
     upvar 1 $budgetVar budget
     lassign $a pa xa ya
     lassign $b pb xb yb
@@ -98,7 +123,7 @@ proc ::laminate::report::refine {name plane criterion ex ey a b tolerance step b
             || ![finite $xa] || ![finite $ya] || ![finite $xb] || ![finite $yb]} {
         return {}
     }
-    set m [ray $name $plane $criterion $ex $ey [expr {($pa + $pb) / 2.0}]]
+    set m [ray $name $plane $criterion $ex $ey [expr {($pa + $pb) / 2.0}] $loadOpts]
     incr budget -1
     lassign $m - xm ym
     if {[finite $xm] && [finite $ym]} {
@@ -113,24 +138,29 @@ proc ::laminate::report::refine {name plane criterion ex ey a b tolerance step b
             return {}
         }
     }
-    concat [refine $name $plane $criterion $ex $ey $a $m $tolerance $step budget] \
+    concat [refine $name $plane $criterion $ex $ey $a $m $tolerance $step budget $loadOpts] \
         [list $m] \
-        [refine $name $plane $criterion $ex $ey $m $b $tolerance $step budget]
+        [refine $name $plane $criterion $ex $ey $m $b $tolerance $step budget $loadOpts]
 }
 
 # The sample {phi x y} of the ray at angle phi in scaled units: the loads
 # (ex cos phi, ey sin phi) on components I and J times the first-ply
-# failure factor.
-proc ::laminate::report::ray {name plane criterion ex ey phi} {
+# failure factor, divided by the factor of safety of loadOpts (-fos) as
+# laminate::envelope divides its points.
+proc ::laminate::report::ray {name plane criterion ex ey phi {loadOpts {}}} {
     lassign $plane i j
     set dx [expr {$ex * cos($phi)}]
     set dy [expr {$ey * sin($phi)}]
     set loads {0 0 0 0 0 0 0 0}
     lset loads $i-1 $dx
     lset loads $j-1 $dy
-    set factor [dict get [laminate::fpf $name $loads -criterion $criterion] $criterion factor]
+    set factor [dict get [laminate::fpf $name $loads -criterion $criterion {*}$loadOpts] \
+        $criterion factor]
     if {![string is double -strict $factor]} {
         return [list $phi $factor $factor]
+    }
+    if {[dict exists $loadOpts -fos]} {
+        set factor [expr {$factor / double([dict get $loadOpts -fos])}]
     }
     if {$factor == Inf} {
         return [list $phi [infinite $dx] [infinite $dy]]

@@ -31,7 +31,9 @@ proc ::laminate::report::page {info rating pictures args} {
     foreach {term value} [list Source [dict get $info source] Units [unitsText [dict get $info units]] \
             Plies [llength $plies] "Total thickness" "[number [dict get $info thickness]] $length" \
             "Lay-up (layer 1 first)" [join [lmap a [dict get $info angles] {angle $a}] /] \
-            Loads [html::loadText $loads $units]] {
+            Loads [html::loadText $loads $units] \
+            {*}[expr {[dict exists $rating applied] && [llength [dict get $rating applied]]
+                ? [list Applied [appliedText [dict get $rating applied]]] : {}}]] {
         lappend out "<dt>[$esc $term]</dt><dd>[$esc $value]</dd>"
     }
     lappend out </dl>
@@ -81,7 +83,7 @@ proc ::laminate::report::page {info rating pictures args} {
         "Stresses in ply axes \[$stress\] (1 along the fibres); top is the face nearer layer 1;\
         transverse shear is constant through each ply"]
 
-    lappend out {<h2 id="failure">Failure indices</h2>}
+    lappend out {<h2 id="failure">Failure indices of the model's criteria</h2>}
     set rows {}
     set k 0
     foreach ply $plies {
@@ -98,59 +100,73 @@ proc ::laminate::report::page {info rating pictures args} {
             foreach m {1 2 3 4 5 6} {
                 lappend row [number [dict get $ply FS_LaRCm$m]]
             }
-            lappend row [expr {$state eq "ok" ? "ok" : "FAILED: [join $reasons {, }]"}]
+            lappend row [expr {$state eq "ok" ? "ok" : "limit: [join $reasons {, }]"}]
         }
         lappend rows $row
     }
     lappend out [html::table {ply angle Tsai-Wu "TW factor" "Hashin fibre" "Hashin matrix" \
-        "LaRC04 m1" m2 m3 m4 m5 m6 status} $rows \
-        "Indices fail at 1; the TW factor (load multiple taking the mid-ply in-plane\
-        Tsai-Wu value to 1, at most 200) fails below 1; \u2014: failure flag 0, not\
-        assessed; none: no TW factor (a zero strength, or no in-plane stress at the top face)"]
+        "LaRC04 m1" m2 m3 m4 m5 m6 indices} $rows \
+        "Under the loads alone; indices reach their limit at 1, the TW factor (load\
+        multiple taking the mid-ply in-plane Tsai-Wu value to 1, at most 200) below 1;\
+        \u2014: failure flag 0, not assessed; none: no TW factor (a zero strength, or no\
+        in-plane stress at the top face).  Whether a ply fails the reserve factors tell."]
 
     lappend out {<h2 id="factors">Reserve factors</h2>}
-    set criteria [lsort -unique [lmap f [dict get $rating factors] {lindex $f 1}]]
-    set criteria [concat [lmap c $::laminate::report::criteria {expr {$c in $criteria ? $c : [continue]}}] \
-        [lmap c $criteria {expr {$c ni $::laminate::report::criteria ? $c : [continue]}}]]
+    set criteria [shownCriteria $rating]
+    set applied [expr {[dict exists $rating applied] ? [dict get $rating applied] : {}}]
+    set fos [dict exists $applied -fos]
     set byPly {}
     foreach f [dict get $rating factors] {
-        lassign $f ply c factor mode
-        dict set byPly $ply $c [list $factor $mode]
+        lassign $f ply c factor mode - - mos
+        dict set byPly $ply $c [list $factor $mode $mos]
     }
     set rows {}
     foreach ply [lsort -integer [dict keys $byPly]] {
         set row [list $ply "[angle [lindex [dict get $info angles] $ply-1]]\u00b0"]
         foreach c $criteria {
             if {![dict exists $byPly $ply $c]} {
-                lappend row \u2014 ""
+                lappend row \u2014 "" {*}[expr {$fos ? {{}} : {}}]
                 continue
             }
-            lassign [dict get $byPly $ply $c] factor mode
+            lassign [dict get $byPly $ply $c] factor mode mos
             lappend row [factorText $factor] [expr {$mode eq $c || $mode eq "none" ? "" : $mode}]
+            if {$fos} {
+                lappend row [expr {$mos eq "" ? "" : [number $mos]}]
+            }
         }
         lappend row [expr {$ply in [dict get $rating failed] ? "FAILED" : "ok"}]
         lappend rows $row
     }
     set head {ply angle}
     foreach c $criteria {
-        lappend head [criterionTitle $c] mode
+        lappend head [criterionTitle $c] mode {*}[expr {$fos ? "MoS" : ""}]
     }
     lappend head status
+    set words [wordNotes [dict get $rating factors]]
     lappend out [html::table $head $rows \
-        "The multiple of the loads at which each ply fails by each criterion; below 1 it\
-        fails under these loads"]
+        "The multiple of the loads at which each ply fails by each criterion (RF); below 1 it\
+        fails under these loads[expr {$fos ? "; MoS = RF / FoS \u2212 1" : ""}][expr {[llength $words]
+            ? ".  [join $words {; }]" : ""}]"]
 
     lappend out {<h2 id="fpf">First-ply failure</h2>}
     set rows {}
     dict for {c f} [dict get $rating fpf] {
-        dict with f {}
-        set verdict [expr {![string is double -strict $factor] ? "no answer" :
+        set factor [dict get $f factor]
+        set ply [dict get $f ply]
+        set state [expr {[dict exists $f verdict] ? [dict get $f verdict] : ""}]
+        set verdict [expr {![string is double -strict $factor] ? "no answer ($factor)" :
             $ply == 0 ? "never fails" :
+            $factor == 0 && $state eq "residual" ? "FAILS on the residual stresses alone" :
             $factor < 1 ? "FAILS below the applied loads" : "holds the applied loads"}]
-        lappend rows [list [criterionTitle $c] [number $factor] \
-            [expr {$ply ? $ply : "\u2014"}] $face $mode $verdict]
+        set row [list [criterionTitle $c] [number $factor] \
+            [expr {$ply ? $ply : "\u2014"}] [dict get $f face] [dict get $f mode]]
+        if {$fos} {
+            lappend row [expr {[dict exists $f mos] ? [number [dict get $f mos]] : ""}]
+        }
+        lappend rows [list {*}$row $verdict]
     }
-    lappend out [html::table {criterion "load factor" ply face mode verdict} $rows \
+    lappend out [html::table [list criterion "load factor" ply face mode \
+            {*}[expr {$fos ? "MoS" : ""}] verdict] $rows \
         "The factor by which all loads may be multiplied before the first assessed ply fails"]
 
     if {[llength $pictures]} {

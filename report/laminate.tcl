@@ -142,41 +142,105 @@ proc ::laminate::report::readRecord {path} {
     return $text
 }
 
-# Rates the laminate a description (from define) names under one load case:
-# a dict of
-#   loads       the 8 loads
-#   evaluation  laminate::evaluate's answer
-#   abd         laminate::abd's answer
-#   factors     the ply factors (plyFactors), or for a laminate of more
-#               plies than maxPlies only each criterion's first ply to fail
-#   complete    1 when factors holds every assessed ply
-#   failed      the plies failing under the loads (by the factors)
-#   fpf         per criterion, laminate::fpf's answer
-# -criteria chooses the criteria (default tsaiwu hashin larc04).
-proc ::laminate::report::rate {info loads args} {
+# The options of a rating, checked: a dict of -criteria (a list of the
+# catalogue's names, default `criteria`) and, only where given, -dT, -dM
+# (finite numbers) and -fos (finite, above 0).  The model's criteria
+# (tsaiwu hashin larc04) are refused: they have no reserve factor per ply
+# with residual stresses, and the report rates with laminate::rate alone.
+# Errors: code LAMINATE OPTION option or LAMINATE CRITERION MODEL name.
+proc ::laminate::report::ratingOptions {words {known {-criteria -dT -dM -fos}}} {
     variable criteria
-    variable maxPlies
-    set opts [dict merge [list -criteria $criteria] $args]
-    set name [dict get $info name]
-    set evaluation [laminate::evaluate $name $loads]
-    set n [llength [dict get $evaluation plies]]
-    set fpf {}
-    foreach c [dict get $opts -criteria] {
-        dict set fpf $c [dict get [laminate::fpf $name $loads -criterion $c] $c]
+    variable modelCriteria
+    if {[llength $words] % 2} {
+        return -code error -errorcode {LAMINATE OPTION} \
+            "option \"[lindex $words end]\" needs a value"
     }
-    if {$n <= $maxPlies} {
-        set factors [plyFactors [dict get $info record] $loads -criteria [dict get $opts -criteria]]
-        set complete 1
-    } else {
-        set factors {}
-        dict for {c f} $fpf {
-            if {[dict get $f ply] > 0} {
-                lappend factors [list [dict get $f ply] $c [dict get $f factor] \
-                    [dict get $f mode] [dict get $f face]]
-            }
+    set opts [dict create -criteria $criteria]
+    foreach {key value} $words {
+        if {$key ni $known} {
+            return -code error -errorcode [list LAMINATE OPTION $key] \
+                "bad option \"$key\": must be [join $known {, }]"
         }
-        set complete 0
+        dict set opts $key $value
+    }
+    foreach key {-dT -dM} {
+        if {[dict exists $opts $key] && ![finite [dict get $opts $key]]} {
+            return -code error -errorcode [list LAMINATE OPTION $key] \
+                "$key: expected a finite number, got \"[dict get $opts $key]\""
+        }
+    }
+    if {[dict exists $opts -fos]} {
+        set fos [dict get $opts -fos]
+        if {![finite $fos] || $fos <= 0} {
+            return -code error -errorcode {LAMINATE OPTION -fos} \
+                "-fos: expected a finite number above 0, got \"$fos\""
+        }
+    }
+    set list [dict get $opts -criteria]
+    if {[catch {llength $list} n] || $n == 0} {
+        return -code error -errorcode {LAMINATE OPTION -criteria} \
+            "-criteria: expected a list of criteria, got \"$list\""
+    }
+    foreach c $list {
+        if {[dict exists $modelCriteria $c]} {
+            return -code error -errorcode [list LAMINATE CRITERION MODEL $c] \
+                "-criteria: \"$c\" is one of the model's criteria, which give no reserve\
+                factor per ply: name the catalogue's (its counterpart is\
+                [dict get $modelCriteria $c]); the model's indices are in the\
+                failure-index table"
+        }
+    }
+    return $opts
+}
+
+# The temperature, moisture and safety options of a rating that were given,
+# as a flat list to pass on to the analysis commands.
+proc ::laminate::report::appliedOptions {opts} {
+    set applied {}
+    foreach key {-dT -dM -fos} {
+        if {[dict exists $opts $key]} {
+            lappend applied $key [dict get $opts $key]
+        }
+    }
+    return $applied
+}
+
+# Rates the laminate a description (from define) names under one load case
+# with laminate::rate: a dict of
+#   loads       the 8 loads
+#   evaluation  laminate::evaluate's answer (with -dT/-dM when given)
+#   abd         laminate::abd's answer
+#   criteria    the criteria rated
+#   applied     the -dT, -dM, -fos given, as a dict (empty for none)
+#   factors     per assessed ply and criterion {ply criterion rf mode face
+#               verdict mos}, layer 1 first, the criteria in the order
+#               given: laminate::rate's rf (a number from 0 to Inf, or its
+#               verdict word), mode, face, verdict and mos
+#   failed      the plies failing under the loads: an rf below 1 (0 too:
+#               failed on residual stresses) by some criterion
+#   fpf         per criterion the laminate's first-ply failure, as
+#               laminate::rate gives it
+# Options: -criteria (catalogue names, default tsaiwu2d puck maxstrain),
+# -dT, -dM, -fos (see ratingOptions).
+proc ::laminate::report::rate {info loads args} {
+    set opts [ratingOptions $args]
+    set name [dict get $info name]
+    set applied [appliedOptions $opts]
+    set criteria [dict get $opts -criteria]
+    set answer [laminate::rate $name $loads -criteria $criteria {*}$applied]
+    set evaluation [laminate::evaluate $name $loads {*}[dict remove $applied -fos]]
+    set factors {}
+    set k 0
+    foreach ply [dict get $answer plies] {
+        incr k
+        foreach c $criteria {
+            if {![dict exists $ply $c]} continue
+            set r [dict get $ply $c]
+            lappend factors [list $k $c [dict get $r rf] [dict get $r mode] \
+                [dict get $r face] [dict get $r verdict] [dict get $r mos]]
+        }
     }
     dict create loads $loads evaluation $evaluation abd [laminate::abd $name] \
-        factors $factors complete $complete failed [failedPlies $factors] fpf $fpf
+        criteria $criteria applied $applied factors $factors \
+        failed [failedPlies $factors] fpf [dict get $answer fpf]
 }

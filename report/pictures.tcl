@@ -4,12 +4,26 @@
 # return (or the ply factors of plies.tcl) and only draws it.
 
 namespace eval ::laminate::report {
-    variable criteria {tsaiwu hashin larc04}
+    # The criteria rated by default: laminate::rate's engineering set, an
+    # interactive criterion, the physically based inter-fibre criterion and
+    # the allowables check.
+    variable criteria {tsaiwu2d puck maxstrain}
+    # The model's criteria, with the catalogue's counterpart of each: they
+    # give indices and first-ply failures, but no reserve factor per ply
+    # with residual stresses, so the ratings take the catalogue's alone.
+    variable modelCriteria {tsaiwu tsaiwu2d hashin hashin2d larc04 larc03}
     # Titles and styles of the criteria; one not listed here is drawn in
     # the first free style under its own name.
-    variable criterionTitle {tsaiwu Tsai-Wu hashin Hashin larc04 LaRC04}
+    variable criterionTitle {
+        tsaiwu Tsai-Wu hashin Hashin larc04 LaRC04 maxstress "max stress"
+        maxstrain "max strain" tsaihill Tsai-Hill hoffman Hoffman
+        tsaiwu2d "Tsai-Wu 2D" hashin2d "Hashin 2D" puck Puck larc03 LaRC03
+    }
     # Colours and dash patterns: the dashes keep curves apart in grey print.
     variable criterionStyle {
+        tsaiwu2d {stroke #1f5fa8 fill #1f5fa8}
+        puck {stroke #c45a00 fill #e08a2c stroke-dasharray {7 4}}
+        maxstrain {stroke #2b8a3e fill #3fa45a stroke-dasharray {2 3}}
         tsaiwu {stroke #1f5fa8 fill #1f5fa8}
         hashin {stroke #c45a00 fill #e08a2c stroke-dasharray {7 4}}
         larc04 {stroke #2b8a3e fill #3fa45a stroke-dasharray {2 3}}
@@ -300,11 +314,15 @@ proc ::laminate::report::profile {evaluation args} {
 # --- Reserve factors ----------------------------------------------------------
 
 # The reserve factor of every ply by every criterion on a log scale, the
-# failure line at 1: factors, a list of {ply criterion factor mode ?face?},
-# one per ply and criterion rated (ply from 1; a criterion may be any word,
-# so that new criteria drop in).  factor is a number >= 0, Inf (never
-# fails) or a word (drawn as text).  Layer 1 at the bottom, as in the
-# profile; each criterion's lowest factor is ringed.
+# failure line at 1: factors, a list of {ply criterion factor mode ?face?
+# ?verdict? ?mos?} (as rate's factors), one per ply and criterion rated
+# (ply from 1; a criterion may be any word, so that new criteria drop in).
+# factor is a number > 0 (a dot at its value), 0 (the residual stresses
+# alone fail the ply: a marker at the axis's left end), Inf (never fails: a
+# marker at its right end) or a word such as nostrength (a hollow marker on
+# the failure line); each marker is labelled with its word, never drawn as
+# a number.  Layer 1 at the bottom, as in the profile; each criterion's
+# lowest factor, its first ply to fail, is ringed.
 # Options: -title, -subtitle, -notes; -angles (the ply angles, layer 1
 # first: the rows, also of plies without factors, shown as not assessed).
 proc ::laminate::report::ratings {factors args} {
@@ -377,25 +395,46 @@ proc ::laminate::report::ratings {factors args} {
         set entries [expr {[dict exists $byPly $p] ? [dict get $byPly $p] : {}}]
         set failed 0
         foreach f $entries {
-            lassign $f - criterion factor mode face
+            lassign $f - criterion factor mode face verdict mos
             set i [lsearch -exact $criteria $criterion]
             set y [expr {$rowTop + 4 + ($i + 0.5) * $sub}]
             set style [criterionStyle $criterion $criteria]
             set colour [dict get $style stroke]
-            set attrs [list class rating data-ply $p data-criterion $criterion \
-                data-factor [num $factor] data-mode $mode]
-            if {$face ne ""} {
-                lappend attrs data-face $face
+            set word [ratingWord $factor $verdict]
+            set attrs [list class [expr {$word eq "" ? "rating" : "rating-word"}] \
+                data-ply $p data-criterion $criterion data-factor [num $factor] data-mode $mode]
+            foreach {key value} [list data-face $face data-verdict $verdict data-mos $mos] {
+                if {$value ne ""} {
+                    lappend attrs $key [num $value]
+                }
             }
-            if {![string is double -strict $factor] || [string match -nocase *nan* $factor]} {
-                # A word in place of a number: said, not drawn.
-                lappend body [svg::el text [dict merge $attrs [list x [svg::px [expr {($left + $right) / 2}]] \
-                    y [svg::px [expr {$y + 4}]] text-anchor middle]] \
-                    "[criterionTitle $criterion]: $factor"]
-                continue
-            }
-            if {$factor < 1} {
+            if {[finite $factor] && $factor < 1} {
                 set failed 1
+            }
+            if {$word ne ""} {
+                # A word: a labelled marker at the left end (0), the right
+                # end (never) or on the failure line (no factor at all).
+                set at [expr {$word eq "never" ? $right : [finite $factor] ? $left : [svg::at $xs 1.0]}]
+                set size [expr {$sub > 10 ? 4.5 : 2.5}]
+                set fill [expr {[finite $factor] ? "#b00020" : $word eq "never" ? $colour : "white"}]
+                lappend body [svg::el rect [dict merge $attrs [list \
+                    x [svg::px [expr {$at - $size}]] y [svg::px [expr {$y - $size}]] \
+                    width [svg::px [expr {2 * $size}]] height [svg::px [expr {2 * $size}]] \
+                    fill $fill stroke $colour stroke-width 1.5]]]
+                if {[finite $factor]} {
+                    lappend body {*}[ringIfLowest $lowest $criterion $p $factor $at $y $colour]
+                }
+                if {$labels} {
+                    set text $word
+                    if {$mode ni [list "" none $criterion]} {
+                        append text " $mode"
+                    }
+                    set after [expr {$at < $right - 90}]
+                    lappend body [svg::el text [list class mode data-ply $p data-criterion $criterion \
+                        x [svg::px [expr {$after ? $at + 9 : $at - 9}]] y [svg::px [expr {$y + 3.5}]] \
+                        text-anchor [expr {$after ? "start" : "end"}]] $text]
+                }
+                continue
             }
             set shown [expr {min(max($factor, $lo), $hi)}]
             set x [svg::at $xs $shown]
@@ -404,13 +443,7 @@ proc ::laminate::report::ratings {factors args} {
             lappend body [svg::el circle [dict merge $attrs [list cx [svg::px $x] cy [svg::px $y] \
                 r [expr {$sub > 10 ? 4.5 : 2.5}] fill [expr {$factor < 1 ? "#b00020" : $colour}] \
                 stroke white stroke-width 1]]]
-            if {[dict exists $lowest $criterion]
-                    && [lindex [dict get $lowest $criterion] 1] == $p
-                    && [lindex [dict get $lowest $criterion] 0] == $factor} {
-                lappend body [svg::el circle [list class critical data-ply $p \
-                    data-criterion $criterion cx [svg::px $x] cy [svg::px $y] r 7.5 \
-                    fill none stroke $colour stroke-width 1.5]]
-            }
+            lappend body {*}[ringIfLowest $lowest $criterion $p $factor $x $y $colour]
             if {$labels} {
                 set text [number $factor]
                 if {$factor > $hi || $factor < $lo} {
@@ -420,7 +453,7 @@ proc ::laminate::report::ratings {factors args} {
                     append text " $mode"
                 }
                 set after [expr {$x < $right - 90}]
-                lappend body [svg::el text [list class mode \
+                lappend body [svg::el text [list class mode data-ply $p data-criterion $criterion \
                     x [svg::px [expr {$after ? $x + 9 : $x - 9}]] y [svg::px [expr {$y + 3.5}]] \
                     text-anchor [expr {$after ? "start" : "end"}]] $text]
             }
@@ -444,7 +477,9 @@ proc ::laminate::report::ratings {factors args} {
     set notes [list \
         "Reserve factor: the multiple of the applied loads at which the ply first fails by the criterion;" \
         "below 1 (red) it fails under the loads themselves.  Beside each point: its value and the failure mode." \
-        "Ringed: each criterion's lowest factor, the laminate's first-ply failure.  Layer 1 at the bottom."]
+        "Ringed: each criterion's lowest factor, the laminate's first-ply failure.  Layer 1 at the bottom." \
+        "Squares: never (right end: no failure along the load path), 0 residual (left end: the residual" \
+        "stresses alone fail the ply), a word on the failure line (the criterion cannot rate the ply)."]
     lappend notes {*}[dict get $opts -notes]
     set y [expr {$bottom + 62}]
     foreach note $notes {
@@ -456,21 +491,65 @@ proc ::laminate::report::ratings {factors args} {
         [join $body \n]
 }
 
-# One first-ply-failure result in words.
-proc ::laminate::report::fpfSentence {f} {
-    dict with f {}
+# The word a ratings marker is labelled with, or "" for a factor drawn at
+# its value: "never" for Inf, the verdict (or "0") for a factor of 0, the
+# factor itself when it is a word.
+proc ::laminate::report::ratingWord {factor verdict} {
+    if {![finite $factor]} {
+        if {[string is double -strict $factor] && $factor == Inf} {
+            return never
+        }
+        return $factor
+    }
+    if {$factor == 0} {
+        return [expr {$verdict eq "residual" ? "0 residual" : "0"}]
+    }
+    return ""
+}
+
+# The ring around a criterion's lowest factor (at pixel x, y), as a list of
+# one element, or an empty list for any other factor.
+proc ::laminate::report::ringIfLowest {lowest criterion ply factor x y colour} {
+    if {![dict exists $lowest $criterion]} {
+        return {}
+    }
+    lassign [dict get $lowest $criterion] value at
+    if {$at != $ply || $value != $factor} {
+        return {}
+    }
+    list [svg::el circle [list class critical data-ply $ply data-criterion $criterion \
+        cx [svg::px $x] cy [svg::px $y] r 7.5 fill none stroke $colour stroke-width 1.5]]
+}
+
+# One first-ply-failure result in words: laminate::rate's (or
+# laminate::fpf's) dict of factor, ply, face, mode, and for a catalogue
+# criterion verdict and mos.  args go to number.
+proc ::laminate::report::fpfSentence {f args} {
+    set factor [dict get $f factor]
+    set ply [dict get $f ply]
+    set face [dict get $f face]
+    set mode [dict get $f mode]
+    set verdict [expr {[dict exists $f verdict] ? [dict get $f verdict] : ""}]
     if {![string is double -strict $factor]} {
+        if {$ply > 0} {
+            return "no factor: ply $ply cannot be rated ($factor)"
+        }
         return "no factor: the criterion answers \"$factor\""
     }
     if {$ply == 0} {
         return "no ply fails under any multiple of these loads"
     }
-    set where "ply $ply, $face face[expr {$mode eq "tsaiwu" ? "" : ", mode $mode"}]"
+    set how "$face face[expr {$mode in {tsaiwu none} ? "" : ", mode $mode"}]"
     if {$factor == 0} {
-        return "ply $ply fails at once ($face face, mode $mode)"
+        return "ply $ply fails at once ($how)[expr {$verdict eq "residual"
+            ? ": the residual stresses alone fail it" : ""}]"
     }
-    set verdict [expr {$factor < 1 ? "fails below the applied loads" : "holds the applied loads"}]
-    return "first failure at [number $factor] times the loads ($where): $verdict"
+    set text "first failure at [number $factor {*}$args] times the loads (ply $ply, $how):\
+        [expr {$factor < 1 ? "fails below the applied loads" : "holds the applied loads"}]"
+    if {[dict exists $f mos] && [finite [dict get $f mos]]} {
+        append text "; MoS [number [dict get $f mos] {*}$args]"
+    }
+    return $text
 }
 
 # --- The failure envelope -------------------------------------------------------

@@ -1,17 +1,12 @@
-# plies.tcl -- what the report says of each ply: which failure results
-# reached their limit, and at what multiple of the loads it fails by each
-# criterion.
+# plies.tcl -- what the report says of each ply: which of the model's
+# failure indices reached their limit, which plies fail by their reserve
+# factors, and the first-ply failure of each ply alone.
 
-namespace eval ::laminate::report {
-    # Plies rated one by one at most (each costs a definition of the whole
-    # laminate); a thicker laminate gets only its first ply to fail.
-    variable maxPlies 200
-}
-
-# The verdict on one ply dict of laminate::evaluate: {state reasons} with
-# state "not assessed" (failure flag 0), "FAILED" (some index at 1 or more,
-# or a simple Tsai-Wu factor from 0 up to below 1) or "ok"; reasons names
-# the results that failed.  An infinite index counts as reached; a NaN one
+# The model's indices of one ply dict of laminate::evaluate: {state
+# reasons} with state "not assessed" (failure flag 0), "reached" (some index
+# at 1 or more, or a simple Tsai-Wu factor from 0 up to below 1) or "ok";
+# reasons names the results that reached their limit.  (Whether a ply
+# fails the report says by its reserve factors, see failedPlies.)  An infinite index counts as reached; a NaN one
 # (0/0 in LaRC04 modes 1 and 6 of a thick ply without shear) gives no
 # answer and is passed over.
 proc ::laminate::report::verdict {ply} {
@@ -33,7 +28,7 @@ proc ::laminate::report::verdict {ply} {
     if {$factor >= 0 && $factor < 1} {
         lappend reasons "TW factor"
     }
-    list [expr {[llength $reasons] ? "FAILED" : "ok"}] $reasons
+    list [expr {[llength $reasons] ? "reached" : "ok"}] $reasons
 }
 
 # The reserve factor of every assessed ply of a laminate by each criterion:
@@ -42,9 +37,10 @@ proc ::laminate::report::verdict {ply} {
 # it); each ply is rated as the first-ply failure of a copy in which it
 # alone has failure flag 1.  Returns a list of {ply criterion factor mode
 # face}, ply by ply from layer 1, the criteria in the order given
-# (-criteria, default tsaiwu hashin larc04); a factor is what
-# laminate::fpf answers (Inf for a ply that never fails).  Plies with flag
-# 0 have no entry.
+# (-criteria, default `criteria`; the model's criteria too: this is how
+# their factors per ply are had, under the mechanical loads alone); a
+# factor is what laminate::fpf answers (Inf for a ply that never fails).
+# Plies with flag 0 have no entry.
 proc ::laminate::report::plyFactors {record loads args} {
     variable criteria
     set opts [dict merge [list -criteria $criteria] $args]
@@ -82,8 +78,8 @@ proc ::laminate::report::scratchName {} {
     return $scratch
 }
 
-# The plies that fail under the loads: a numeric factor below 1 by some
-# criterion.
+# The plies that fail under the loads: a numeric factor below 1 (0 too,
+# a ply the residual stresses alone fail) by some criterion.
 proc ::laminate::report::failedPlies {factors} {
     set failed {}
     foreach f $factors {

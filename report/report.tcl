@@ -1,9 +1,8 @@
 # report.tcl -- package laminate::report: the report of a laminate as text
 # tables, SVG pictures and one HTML page, and tables of load cases rated
 # a chunk at a time.  It draws and formats what the commands of
-# laminate::analysis compute; it computes nothing of its own but the ply
-# factors (first-ply failures of single plies) and the rays that refine a
-# failure envelope.  Manual page: laminate_report(3tcl).
+# laminate::analysis compute; it computes nothing of its own but the rays
+# that refine a failure envelope.  Manual page: laminate_report(3tcl).
 
 package require Tcl 8.5
 package require laminate::analysis 1.0
@@ -12,14 +11,14 @@ namespace eval ::laminate::report {
     variable version 1.0
     variable library [file dirname [file normalize [info script]]]
     namespace export define readRecord rate plyFactors tables profile ratings \
-        curve envelope pictures page cases number clean units loads plane \
-        writeFile
+        curve envelope lpfcurve lpfTable pictures page cases number clean units \
+        loads plane writeFile
 }
 
 # (In a procedure of its own: the package is loaded at the global level,
 # whose variables are the script's that requires it.)
 apply {{} {
-    foreach file {format svg laminate plies text pictures envelope html cases} {
+    foreach file {format svg laminate plies text pictures envelope lpf html cases} {
         uplevel #0 [list source -encoding utf-8 [file join $::laminate::report::library $file.tcl]]
     }
 }}
@@ -28,41 +27,52 @@ apply {{} {
 # profile.svg, ratings.svg and envelope.svg.  Options:
 #   -plane {I J}   the envelope's plane, positions from 1 or names
 #                  (default {1 2}: N1 N2)
-#   -criteria L    the envelope's criteria (default all three)
+#   -criteria L    the envelope's criteria (default: the rating's)
 #   -tolerance T   the envelope's refinement (see curve)
+# The envelope holds the rating's -dT, -dM and -fos as the factors do.
 proc ::laminate::report::pictures {info rating args} {
-    variable criteria
-    set opts [dict merge [list -plane {1 2} -criteria $criteria -tolerance 0.002] $args]
+    set opts [dict merge [list -plane {1 2} -criteria [shownCriteria $rating] \
+        -tolerance 0.002] $args]
     set name [dict get $info name]
     set units [units {*}[dict get $info units]]
     set loads [dict get $rating loads]
+    set applied [expr {[dict exists $rating applied] ? [dict get $rating applied] : {}}]
     set subtitle "[dict get $info source]; loads N1 \u2026 Q2 = [join $loads { }]"
     set plane [plane [dict get $opts -plane]]
     set curves {}
     foreach c [dict get $opts -criteria] {
-        dict set curves $c [curve $name $plane $c -tolerance [dict get $opts -tolerance]]
+        dict set curves $c [curve $name $plane $c -tolerance [dict get $opts -tolerance] {*}$applied]
     }
     set names [lmap i $plane {lindex [loadNames] $i-1}]
-    set ratingNotes {}
-    if {![dict get $rating complete]} {
-        lappend ratingNotes "More than $::laminate::report::maxPlies plies: only each\
-            criterion's first ply to fail is rated."
+    set notes {}
+    set envelopeTitle "First-ply failure envelope, [join $names \u2013]"
+    if {[llength $applied]} {
+        set notes [list "Applied: [appliedText $applied]."]
+        if {[dict exists $applied -fos]} {
+            set envelopeTitle "Allowable loads (first-ply failure / FoS), [join $names \u2013]"
+        }
+    }
+    set profileNotes {}
+    if {[dict exists $applied -dT] || [dict exists $applied -dM]} {
+        set profileNotes [list "The stresses of the loads alone: the residual stresses of\
+            the temperature and moisture change are held in the reserve factors."]
     }
     list \
         [list profile.svg "Stresses through the thickness, one panel per component;\
             z upward, layer 1 at the bottom" \
             [profile [dict get $rating evaluation] -subtitle $subtitle -units $units \
-                -allowables [dict get $info allowables] -failed [dict get $rating failed]]] \
+                -allowables [dict get $info allowables] -failed [dict get $rating failed] \
+                -notes $profileNotes]] \
         [list ratings.svg "Reserve factor of every ply by each criterion, with the\
             failure mode; failure below 1" \
             [ratings [dict get $rating factors] -subtitle $subtitle \
-                -angles [dict get $info angles] -notes $ratingNotes]] \
+                -angles [dict get $info angles] -notes $notes]] \
         [list envelope.svg "First-ply failure envelope in the [join $names \u2013] plane,\
             the other loads zero" \
             [envelope $curves $plane $loads -units $units \
-                -title "First-ply failure envelope, [join $names \u2013]" \
+                -title $envelopeTitle \
                 -subtitle [dict get $info source] \
-                -notes [list [toleranceNote [dict get $opts -tolerance]]]]]
+                -notes [concat [list [toleranceNote [dict get $opts -tolerance]]] $notes]]]
 }
 
 # The envelope picture's note on how smooth its curves are.
