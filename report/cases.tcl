@@ -16,6 +16,9 @@
 
 namespace eval ::laminate::report::cases {
     variable loadNames {N1 N2 N12 M1 M2 M12 Q1 Q2}
+    # The criteria of a table rated without -criteria: laminate::batch's
+    # own default, so that a table rated here reads as one rated by it.
+    variable criteria {tsaiwu hashin larc04}
     # Good rows handed to one laminate::batch call, and so rows held in
     # memory at once: small enough for the progress line to move, large
     # enough for the call to cost nothing.
@@ -291,17 +294,19 @@ proc ::laminate::report::cases::header {hasId criteria mos} {
 #             malformed row, the message as text.
 #   progress  command prefix called with (cases, bytes read) after each
 #             chunk, or "" for none.
-#   batch     the options of laminate::batch: -criterion LIST and any of
-#             -dT, -dM, -fos.
+#   batch     the options of laminate::batch: -criterion LIST (default
+#             `criteria`) and any of -dT, -dM, -fos.
 # Returns a dict: hasId, cases (rows read), bad (malformed rows), and per
 # criterion c lowest.c {factor line} (empty when nothing was rated) and
 # below.c (cases with a factor below 1).  A header that cannot be used is
 # an error (code REPORT CASES), with its line number.
-proc ::laminate::report::cases::stream {chan material out bad onBad progress batch} {
+proc ::laminate::report::cases::stream {chan material out bad onBad progress {batch {}}} {
     variable block
     variable maxLine
     variable loadNames
+    variable criteria
     fconfigure $chan -translation binary
+    set batch [dict merge [list -criterion $criteria] $batch]
     set criteria [dict get $batch -criterion]
     set job [dict create material $material out $out mode $bad onBad $onBad \
         header {} layout {} pending {} good 0 rating 1 batch $batch \
@@ -546,7 +551,7 @@ proc ::laminate::report::cases::stderrIsTerminal {} {
 #   -progress CMD    called with (cases, bytes read) after each chunk of
 #                    rows, and (cases, bytes, 1) at the end
 #   -criteria LIST   the criteria, of the catalogue or the model (default
-#                    the package's, tsaiwu2d puck maxstrain)
+#                    laminate::batch's: tsaiwu hashin larc04)
 #   -dT T, -dM M, -fos F   passed to laminate::batch (-fos adds a column
 #                    C_mos after each criterion's mode)
 proc ::laminate::report::cases {name in out args} {
@@ -556,7 +561,7 @@ proc ::laminate::report::cases {name in out args} {
             "option \"[lindex $args end]\" needs a value"
     }
     set opts [dict create -bad stop -onbad {} -progress {} \
-        -criteria $::laminate::report::criteria]
+        -criteria $cases::criteria]
     foreach {key value} $args {
         if {$key ni $known} {
             return -code error -errorcode [list LAMINATE OPTION $key] \
