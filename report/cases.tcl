@@ -306,10 +306,11 @@ proc ::laminate::report::cases::stream {chan material out bad onBad progress {ba
     variable loadNames
     variable criteria
     fconfigure $chan -translation binary
-    set batch [dict merge [list -criterion $criteria] $batch]
-    set criteria [dict get $batch -criterion]
+    if {[dict exists $batch -criterion]} {
+        set criteria [dict get $batch -criterion]
+    }
     set job [dict create material $material out $out mode $bad onBad $onBad \
-        header {} layout {} pending {} good 0 rating 1 batch $batch \
+        header {} layout {} pending {} good 0 rating 1 batch $batch criteria $criteria \
         hasId 0 cases 0 bad 0]
     foreach c $criteria {
         dict set job lowest.$c {}
@@ -374,7 +375,7 @@ proc ::laminate::report::cases::stream {chan material out bad onBad progress {ba
     if {$progress ne ""} {
         {*}$progress [dict get $job cases] $bytes 1
     }
-    dict remove $job material out mode onBad header layout pending good rating batch
+    dict remove $job material out mode onBad header layout pending good rating batch criteria
 }
 
 # Takes one line (bytes, without its line end; "\n" for one too long) into
@@ -399,7 +400,7 @@ proc ::laminate::report::cases::take {jobVar lineNo text} {
             dict set job hasId [dict exists $header id]
             set batch [dict get $job batch]
             puts -nonewline [dict get $job out] "[join [header [dict get $job hasId] \
-                [dict get $batch -criterion] [dict exists $batch -fos]] ,]\n"
+                [dict get $job criteria] [dict exists $batch -fos]] ,]\n"
             return
         }
         set row [readRow $text $lineNo [dict get $job layout]]
@@ -434,7 +435,7 @@ proc ::laminate::report::cases::take {jobVar lineNo text} {
 proc ::laminate::report::cases::rateChunk {jobVar} {
     upvar 1 $jobVar job
     set batch [dict get $job batch]
-    set criteria [dict get $batch -criterion]
+    set criteria [dict get $job criteria]
     set mos [dict exists $batch -fos]
     set rows [dict get $job pending]
     dict set job pending {}
@@ -560,8 +561,7 @@ proc ::laminate::report::cases {name in out args} {
         return -code error -errorcode {LAMINATE OPTION} \
             "option \"[lindex $args end]\" needs a value"
     }
-    set opts [dict create -bad stop -onbad {} -progress {} \
-        -criteria $cases::criteria]
+    set opts [dict create -bad stop -onbad {} -progress {}]
     foreach {key value} $args {
         if {$key ni $known} {
             return -code error -errorcode [list LAMINATE OPTION $key] \
@@ -577,7 +577,10 @@ proc ::laminate::report::cases {name in out args} {
     if {$onBad eq ""} {
         set onBad {apply {{line message} {}}}
     }
-    set batch [dict create -criterion [dict get $opts -criteria]]
+    set batch {}
+    if {[dict exists $opts -criteria]} {
+        dict set batch -criterion [dict get $opts -criteria]
+    }
     foreach key {-dT -dM -fos} {
         if {[dict exists $opts $key]} {
             dict set batch $key [dict get $opts $key]
