@@ -249,9 +249,13 @@ proc ::laminate::report::lpfTable {lpf args} {
     set first [lpfFirst $lpf]
     set last [dict get $lpf last]
     lappend out "" "First-ply failure: [lpfFactorText $first $ascii]"
-    lappend out "Last-ply failure:  [lpfFactorText $last $ascii][expr {[llength $events]
-        && [lpfCollapse [lindex $events end]]
-            ? " (collapse: [dict get [lindex $events end] mode])" : ""}]"
+    set end [lindex $events end]
+    set tail ""
+    if {[llength $events] && [lpfCollapse $end]} {
+        set tail " (ending in the collapse of the laminate[expr {[dict get $end mode] eq "collapse"
+            ? "" : ": [dict get $end mode]"}])"
+    }
+    lappend out "Last-ply failure:  [lpfFactorText $last $ascii]$tail"
     join $out \n
 }
 
