@@ -11,8 +11,10 @@ namespace eval ::laminate::report {
     variable version 1.0
     variable library [file dirname [file normalize [info script]]]
     namespace export define readRecord rate plyFactors tables profile ratings \
-        curve envelope lpfcurve lpfTable pictures page cases number clean units \
-        loads plane writeFile
+        curve envelope pictures page cases number clean units loads plane \
+        writeFile
+    # lpfcurve and lpfTable (lpf.tcl) join the exports once their manual
+    # page links are installed beside the others.
 }
 
 # (In a procedure of its own: the package is loaded at the global level,
