@@ -12,9 +12,7 @@ namespace eval ::laminate::report {
     variable library [file dirname [file normalize [info script]]]
     namespace export define readRecord rate plyFactors tables profile ratings \
         curve envelope pictures page cases number clean units loads plane \
-        writeFile
-    # lpfcurve and lpfTable (lpf.tcl) join the exports once their manual
-    # page links are installed beside the others.
+        writeFile lpfcurve lpfTable
 }
 
 # (In a procedure of its own: the package is loaded at the global level,
