@@ -81,9 +81,34 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     return rating(m.r < f.r ? m : f);
 }
 
+// Each branch is a convex quadratic (the fibre compression one linear).  The
+// matrix index is continuous where s2 changes sign, both branches being
+// (t12/S12)^2 there; the fibre index jumps where s1 does, from 0 to
+// (t12/S12)^2 on the tension side.  The largest value on a segment is
+// therefore at an end or at one of those points.
+bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
+{
+    double const* k = p.k;
+    int mode;
+    auto fibreAt = [k, &mode](PlyStress const& s) { return fibre(k, s, mode).value(s); };
+    auto matrixAt = [k, &mode](PlyStress const& s) { return matrix(k, s, mode).value(s); };
+    if (!(under(fibreAt(a)) && under(fibreAt(b)) && under(matrixAt(a)) && under(matrixAt(b))))
+        return false;
+    PlyStress const d{b.s1 - a.s1, b.s2 - a.s2, b.t12 - a.t12};
+    if ((a.s1 < 0.0) != (b.s1 < 0.0)) {
+        // The tension branch where s1 = 0.
+        PlyStress const z = along(a, d, a.s1 / (a.s1 - b.s1));
+        if (!under(loadQuad(k + kQ).value(PlyStress{0.0, z.s2, z.t12}))) return false;
+    }
+    if ((a.s2 < 0.0) != (b.s2 < 0.0) && !under(matrixAt(along(a, d, a.s2 / (a.s2 - b.s2)))))
+        return false;
+    return true;
+}
+
 }  // namespace
 
 extern CriterionInfo const kHashin2d = {"hashin2d", kModes,           kNoExtras,   nullptr,
-                                        0,          prepareCriterion, assessState, ratePath};
+                                        0,          prepareCriterion, assessState, ratePath,
+                                        indexBelow};
 
 }  // namespace laminate::analysis

@@ -17,8 +17,9 @@ char const* const kModes[] = {
 char const* const kNoExtras[] = {nullptr};
 
 // kInv: 1/Xt, 1/Xc, 1/Yt, 1/Yc, 1/S12; kQ: the quadratics of the four sign
-// branches, s1 >= 0 and s2 >= 0 first.
-enum { kInv, kQ = kInv + 5 };
+// branches, s1 >= 0 and s2 >= 0 first; kConvex: 1 when every branch is
+// convex (2 X >= Y for each pair of strengths), else 0.
+enum { kInv, kQ = kInv + 5, kConvex = kQ + 32 };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
 {
@@ -32,6 +33,7 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
         storeQuad(k + kQ + 8 * i,
                   Quad{x2, 1.0 / (Y * Y), 1.0 / (ply.S12 * ply.S12), -0.5 * x2, 0, 0, 0, 1});
     }
+    k[kConvex] = 2.0 * std::min(ply.Xt, ply.Xc) >= std::max(ply.Yt, ply.Yc) ? 1.0 : 0.0;
     return Verdict::Ok;
 }
 
@@ -70,9 +72,28 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     return rating(c);
 }
 
+// The index is continuous along a path (the terms whose strength changes
+// with a stress's sign vanish with it) and, with convex branches, convex
+// between the points where s1 or s2 changes sign: its largest value on a
+// segment is at an end or at one of those points.
+bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
+{
+    double const* k = p.k;
+    if (k[kConvex] == 0.0) return false;
+    auto at = [k](PlyStress const& s) { return branch(k, s).value(s); };
+    if (!(under(at(a)) && under(at(b)))) return false;
+    PlyStress const d{b.s1 - a.s1, b.s2 - a.s2, b.t12 - a.t12};
+    if ((a.s1 < 0.0) != (b.s1 < 0.0) && !under(at(along(a, d, a.s1 / (a.s1 - b.s1)))))
+        return false;
+    if ((a.s2 < 0.0) != (b.s2 < 0.0) && !under(at(along(a, d, a.s2 / (a.s2 - b.s2)))))
+        return false;
+    return true;
+}
+
 }  // namespace
 
 extern CriterionInfo const kTsaiHill = {"tsaihill", kModes,           kNoExtras,   nullptr,
-                                        0,          prepareCriterion, assessState, ratePath};
+                                        0,          prepareCriterion, assessState, ratePath,
+                                        indexBelow};
 
 }  // namespace laminate::analysis
