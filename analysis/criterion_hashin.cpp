@@ -8,6 +8,8 @@
 // matrix compression mode is then (s2/Yc)^2 + (t12/S12)^2).  The index is
 // the largest mode's.  This is not the model's own Hashin index, which adds
 // the transverse shear stresses.
+#include <algorithm>
+
 #include "laminate/analysis/criterion_path.h"
 
 namespace laminate::analysis {
@@ -89,6 +91,22 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
 {
     double const* k = p.k;
+    // First from the largest stresses of either sign (each is at an end):
+    // every branch is convex in its own stress, the shear term at most its
+    // largest value.
+    double const* ft = k + kQ;
+    double const* mt = k + kQ + 16;
+    double const* mc = k + kQ + 24;
+    double const shear = ft[2] * std::max(a.t12 * a.t12, b.t12 * b.t12);
+    double const P1 = std::max(a.s1, b.s1), N1 = -std::min(a.s1, b.s1);
+    double const P2 = std::max(a.s2, b.s2), N2 = -std::min(a.s2, b.s2);
+    double fibreMax = N1 > 0.0 ? N1 / k[kXc] : 0.0;
+    if (P1 >= 0.0) fibreMax = std::max(fibreMax, ft[0] * P1 * P1 + shear);
+    double matrixMax = 0.0;
+    if (P2 >= 0.0) matrixMax = mt[1] * P2 * P2;
+    if (N2 > 0.0) matrixMax = std::max(matrixMax, (mc[1] * N2 - mc[5]) * N2);
+    if (under(fibreMax) && under(matrixMax + shear)) return true;
+    // Then exactly.
     int mode;
     auto fibreAt = [k, &mode](PlyStress const& s) { return fibre(k, s, mode).value(s); };
     auto matrixAt = [k, &mode](PlyStress const& s) { return matrix(k, s, mode).value(s); };

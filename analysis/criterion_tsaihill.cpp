@@ -4,6 +4,9 @@
 // X = Xt or Xc and Y = Yt or Yc by the signs of s1 and s2.  The criterion has
 // no modes of its own: the mode word names the dominant stress (the largest
 // stress-to-strength ratio) of the failure state.
+#include <algorithm>
+#include <cmath>
+
 #include "laminate/analysis/criterion_path.h"
 
 namespace laminate::analysis {
@@ -80,6 +83,16 @@ bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const&
 {
     double const* k = p.k;
     if (k[kConvex] == 0.0) return false;
+    // First from the largest stress-to-strength ratios (each stress's
+    // extremes are at the ends), the coupling term taken at its largest
+    // magnitude: |s1 s2| / X^2 <= (|s1| / X) |s2| / min(Xt, Xc).
+    double const* inv = k + kInv;
+    double const r1 = std::max(std::max(a.s1, b.s1) * inv[0], -std::min(a.s1, b.s1) * inv[1]);
+    double const r2 = std::max(std::max(a.s2, b.s2) * inv[2], -std::min(a.s2, b.s2) * inv[3]);
+    double const r6 = std::max(std::fabs(a.t12), std::fabs(b.t12)) * inv[4];
+    double const s2 = std::max(std::fabs(a.s2), std::fabs(b.s2)) * std::max(inv[0], inv[1]);
+    if (under(std::max(0.0, r1) * (std::max(0.0, r1) + s2) + r2 * r2 + r6 * r6)) return true;
+    // Then exactly.
     auto at = [k](PlyStress const& s) { return branch(k, s).value(s); };
     if (!(under(at(a)) && under(at(b)))) return false;
     PlyStress const d{b.s1 - a.s1, b.s2 - a.s2, b.t12 - a.t12};

@@ -194,7 +194,9 @@ LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const&
             // A face whose index provably stays below 1 up to the smallest
             // factor so far cannot fail first, nor on residual stresses
             // alone, nor be refused: it need not be rated.
-            if (best.rf < kInf && criterion_path::staysBelow(p, res, mech, best.rf)) continue;
+            if (best.rf < kInf && p.info->below &&
+                criterion_path::staysBelow(p, res, mech, best.rf))
+                continue;
             Rating const r = rate(p, res, mech);
             if (!rated(r.verdict)) {
                 if (unrated.ply == 0) unrated = LaminateFailure{r.verdict, 0.0, k, face, -1};
