@@ -146,4 +146,20 @@ Rating rate(PreparedCriterion const& p, PlyStress const& res, PlyStress const& m
     return r;
 }
 
+namespace criterion_path {
+
+bool staysBelow(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech,
+                double cap)
+{
+    // The segment runs a little past cap, so that a face whose factor lies
+    // within the root finders' tolerance of cap is rated rather than skipped.
+    const double kBeyond = 1.0 + 1e-6;
+    if (p.status != Verdict::Ok || !p.info->below || !(cap > 0.0 && cap < kInf)) return false;
+    if (!(usable(res) && usable(mech))) return false;
+    PlyStress const end = along(res, mech, kBeyond * cap);
+    return usable(end) && p.info->below(p, res, end);
+}
+
+}  // namespace criterion_path
+
 }  // namespace laminate::analysis

@@ -156,6 +156,11 @@ struct CriterionInfo {
     // Only called on an ok preparation with finite stresses.
     Assessment (*assess)(PreparedCriterion const& p, PlyStress const& s);
     Rating (*rate)(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech);
+    // True only when the index stays below 1 (by a small margin) at every
+    // state of the straight segment from a to b; false whenever it cannot
+    // tell.  Only called on an ok preparation with finite stresses.  Null
+    // for a criterion that has no such bound.
+    bool (*below)(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b);
 };
 
 struct PreparedCriterion {

@@ -8,6 +8,8 @@
 // matrix compression mode is then (s2/Yc)^2 + (t12/S12)^2).  The index is
 // the largest mode's.  This is not the model's own Hashin index, which adds
 // the transverse shear stresses.
+#include <algorithm>
+
 #include "laminate/analysis/criterion_path.h"
 
 namespace laminate::analysis {
@@ -81,9 +83,50 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     return rating(m.r < f.r ? m : f);
 }
 
+// Each branch is a convex quadratic (the fibre compression one linear).  The
+// matrix index is continuous where s2 changes sign, both branches being
+// (t12/S12)^2 there; the fibre index jumps where s1 does, from 0 to
+// (t12/S12)^2 on the tension side.  The largest value on a segment is
+// therefore at an end or at one of those points.
+bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
+{
+    double const* k = p.k;
+    // First from the largest stresses of either sign (each is at an end):
+    // every branch is convex in its own stress, the shear term at most its
+    // largest value.
+    double const* ft = k + kQ;
+    double const* mt = k + kQ + 16;
+    double const* mc = k + kQ + 24;
+    double const shear = ft[2] * std::max(a.t12 * a.t12, b.t12 * b.t12);
+    double const P1 = std::max(a.s1, b.s1), N1 = -std::min(a.s1, b.s1);
+    double const P2 = std::max(a.s2, b.s2), N2 = -std::min(a.s2, b.s2);
+    double fibreMax = N1 > 0.0 ? N1 / k[kXc] : 0.0;
+    if (P1 >= 0.0) fibreMax = std::max(fibreMax, ft[0] * P1 * P1 + shear);
+    double matrixMax = 0.0;
+    if (P2 >= 0.0) matrixMax = mt[1] * P2 * P2;
+    if (N2 > 0.0) matrixMax = std::max(matrixMax, (mc[1] * N2 - mc[5]) * N2);
+    if (under(fibreMax) && under(matrixMax + shear)) return true;
+    // Then exactly.
+    int mode;
+    auto fibreAt = [k, &mode](PlyStress const& s) { return fibre(k, s, mode).value(s); };
+    auto matrixAt = [k, &mode](PlyStress const& s) { return matrix(k, s, mode).value(s); };
+    if (!(under(fibreAt(a)) && under(fibreAt(b)) && under(matrixAt(a)) && under(matrixAt(b))))
+        return false;
+    PlyStress const d{b.s1 - a.s1, b.s2 - a.s2, b.t12 - a.t12};
+    if ((a.s1 < 0.0) != (b.s1 < 0.0)) {
+        // The tension branch where s1 = 0.
+        PlyStress const z = along(a, d, a.s1 / (a.s1 - b.s1));
+        if (!under(loadQuad(k + kQ).value(PlyStress{0.0, z.s2, z.t12}))) return false;
+    }
+    if ((a.s2 < 0.0) != (b.s2 < 0.0) && !under(matrixAt(along(a, d, a.s2 / (a.s2 - b.s2)))))
+        return false;
+    return true;
+}
+
 }  // namespace
 
 extern CriterionInfo const kHashin2d = {"hashin2d", kModes,           kNoExtras,   nullptr,
-                                        0,          prepareCriterion, assessState, ratePath};
+                                        0,          prepareCriterion, assessState, ratePath,
+                                        indexBelow};
 
 }  // namespace laminate::analysis

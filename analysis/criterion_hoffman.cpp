@@ -26,6 +26,6 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
 
 extern CriterionInfo const kHoffman = {"hoffman",        kModes,           kNoExtras,
                                        nullptr,          0,                prepareCriterion,
-                                       assessGeneralQuadratic, rateGeneralQuadratic};
+                                       assessGeneralQuadratic, rateGeneralQuadratic, nullptr};
 
 }  // namespace laminate::analysis

@@ -571,9 +571,54 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     return rating(Crossing{kInf, -1});
 }
 
+// A bound on every mode over a segment from the largest stresses on it
+// (each stress is linear along it, so its extremes are at the ends):
+//  - matrix tension (1 - g) x + g x^2 + (t12/SLis)^2 is convex in x = s2/YtIs;
+//  - on every fracture plane the effective shear stresses are at most the
+//    tractions, |s2|/2 and |t12| where s2 < 0; where s2 >= 0 (the misaligned
+//    frame's s2m) the transverse one is at most etaT s2;
+//  - the misalignment angle stays within [0, (|t12| + K0) / (G12 + s1 - s2)],
+//    which bounds s2m and t12m (sin x <= x); kinking keeps s2m < 0, where
+//    etaL s2m does not add.
+// Where s1 < 0 on the segment, the ends must lie inside the misalignment
+// model with room (|t12| + K0 - limit (G12 + s1 - s2) is convex along it),
+// or nothing is said.
+bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
+{
+    double const* k = p.k;
+    double const S1 = std::max(std::fabs(a.s1), std::fabs(b.s1));
+    double const S2 = std::max(std::fabs(a.s2), std::fabs(b.s2));
+    double const T = std::max(std::fabs(a.t12), std::fabs(b.t12));
+    double const g = k[kG];
+    auto tension = [g](double x) { return std::max(0.0, ((1.0 - g) + g * x) * x); };
+    double const shear = T * k[kInvSL];
+    double worst = std::max(a.s1, b.s1) * (1.0 / k[kXt]);
+    worst = std::max(worst, tension(std::max(0.0, std::max(a.s2, b.s2)) / k[kYtIs]) + shear * shear);
+    double const c = 0.5 * std::max(0.0, -std::min(a.s2, b.s2)) * k[kInvST];
+    worst = std::max(worst, c * c + shear * shear);
+    if (a.s1 < 0.0 || b.s1 < 0.0) {
+        double const Da = k[kG12] + a.s1 - a.s2, Db = k[kG12] + b.s1 - b.s2;
+        if (!(std::fabs(a.t12) + k[kK0] < kPhiLimit * Da &&
+              std::fabs(b.t12) + k[kK0] < kPhiLimit * Db))
+            return false;
+        double const phi = (T + k[kK0]) / std::min(Da, Db);
+        double const d12 = std::max(std::fabs(a.s1 - a.s2), std::fabs(b.s1 - b.s2));
+        double const s2m = S1 * phi * phi + S2 + T * std::min(1.0, 2.0 * phi);
+        double const t12m = d12 * std::min(0.5, phi) + T;
+        double const shearM = t12m * k[kInvSL];
+        double const kink = (t12m + std::max(0.0, -k[kEtaL]) * s2m) * k[kInvSL];
+        double const cm = s2m * std::max(0.5, k[kEtaT]) * k[kInvST];
+        worst = std::max(worst, kink);
+        worst = std::max(worst, tension(s2m / k[kYtIs]) + shearM * shearM);
+        worst = std::max(worst, cm * cm + shearM * shearM);
+    }
+    return under(worst);
+}
+
 }  // namespace
 
 extern CriterionInfo const kLarc03 = {"larc03", kModes,           kExtras,     nullptr,
-                                      0,        prepareCriterion, assessState, ratePath};
+                                      0,        prepareCriterion, assessState, ratePath,
+                                      indexBelow};
 
 }  // namespace laminate::analysis

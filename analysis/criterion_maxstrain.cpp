@@ -110,6 +110,6 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 }  // namespace
 
 extern CriterionInfo const kMaxStrain = {"maxstrain", kModes,           kNoExtras,   nullptr,
-                                         0,           prepareCriterion, assessState, ratePath};
+                                         0,           prepareCriterion, assessState, ratePath, nullptr};
 
 }  // namespace laminate::analysis

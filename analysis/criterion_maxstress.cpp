@@ -68,6 +68,6 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 }  // namespace
 
 extern CriterionInfo const kMaxStress = {"maxstress", kModes,           kNoExtras,   nullptr,
-                                         0,           prepareCriterion, assessState, ratePath};
+                                         0,           prepareCriterion, assessState, ratePath, nullptr};
 
 }  // namespace laminate::analysis

@@ -216,6 +216,22 @@ double stressRatio(PlyStress const& s, double Xt, double Xc, double Yt, double Y
 double numericCrossing(IndexAlong const& g, double lo, double hi, double glo, double step,
                        double far, bool walk);
 
+// True only when rate(p, res, mech) would give a rated verdict with a factor
+// above cap (cap > 0 and finite): the stresses are usable and the
+// criterion's bound keeps the index below 1 up to a little beyond cap.  A
+// first-ply failure skips such a face once another has failed at cap; false
+// whenever it cannot tell, and then the face is rated.
+bool staysBelow(PreparedCriterion const& p, PlyStress const& res, PlyStress const& mech,
+                double cap);
+
+// A bound on an index keeps it below 1 when it is under 1 by kBelowMargin
+// (CriterionInfo::below).
+const double kBelowMargin = 1e-9;
+inline bool under(double index)
+{
+    return index < 1.0 - kBelowMargin;
+}
+
 // The rating of a crossing: the verdict from its factor, and its mode.
 inline Rating rating(Crossing c)
 {

@@ -292,6 +292,6 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
 }  // namespace
 
 extern CriterionInfo const kPuck = {"puck", kModes,           kExtras,     kParams,
-                                    3,      prepareCriterion, assessState, ratePath};
+                                    3,      prepareCriterion, assessState, ratePath, nullptr};
 
 }  // namespace laminate::analysis

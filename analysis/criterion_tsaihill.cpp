@@ -4,6 +4,9 @@
 // X = Xt or Xc and Y = Yt or Yc by the signs of s1 and s2.  The criterion has
 // no modes of its own: the mode word names the dominant stress (the largest
 // stress-to-strength ratio) of the failure state.
+#include <algorithm>
+#include <cmath>
+
 #include "laminate/analysis/criterion_path.h"
 
 namespace laminate::analysis {
@@ -17,8 +20,9 @@ char const* const kModes[] = {
 char const* const kNoExtras[] = {nullptr};
 
 // kInv: 1/Xt, 1/Xc, 1/Yt, 1/Yc, 1/S12; kQ: the quadratics of the four sign
-// branches, s1 >= 0 and s2 >= 0 first.
-enum { kInv, kQ = kInv + 5 };
+// branches, s1 >= 0 and s2 >= 0 first; kConvex: 1 when every branch is
+// convex (2 X >= Y for each pair of strengths), else 0.
+enum { kInv, kQ = kInv + 5, kConvex = kQ + 32 };
 
 Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriterion& out)
 {
@@ -32,6 +36,7 @@ Verdict prepareCriterion(CriterionPly const& ply, double const*, PreparedCriteri
         storeQuad(k + kQ + 8 * i,
                   Quad{x2, 1.0 / (Y * Y), 1.0 / (ply.S12 * ply.S12), -0.5 * x2, 0, 0, 0, 1});
     }
+    k[kConvex] = 2.0 * std::min(ply.Xt, ply.Xc) >= std::max(ply.Yt, ply.Yc) ? 1.0 : 0.0;
     return Verdict::Ok;
 }
 
@@ -70,9 +75,38 @@ Rating ratePath(PreparedCriterion const& p, PlyStress const& res, PlyStress cons
     return rating(c);
 }
 
+// The index is continuous along a path (the terms whose strength changes
+// with a stress's sign vanish with it) and, with convex branches, convex
+// between the points where s1 or s2 changes sign: its largest value on a
+// segment is at an end or at one of those points.
+bool indexBelow(PreparedCriterion const& p, PlyStress const& a, PlyStress const& b)
+{
+    double const* k = p.k;
+    if (k[kConvex] == 0.0) return false;
+    // First from the largest stress-to-strength ratios (each stress's
+    // extremes are at the ends), the coupling term taken at its largest
+    // magnitude: |s1 s2| / X^2 <= (|s1| / X) |s2| / min(Xt, Xc).
+    double const* inv = k + kInv;
+    double const r1 = std::max(std::max(a.s1, b.s1) * inv[0], -std::min(a.s1, b.s1) * inv[1]);
+    double const r2 = std::max(std::max(a.s2, b.s2) * inv[2], -std::min(a.s2, b.s2) * inv[3]);
+    double const r6 = std::max(std::fabs(a.t12), std::fabs(b.t12)) * inv[4];
+    double const s2 = std::max(std::fabs(a.s2), std::fabs(b.s2)) * std::max(inv[0], inv[1]);
+    if (under(std::max(0.0, r1) * (std::max(0.0, r1) + s2) + r2 * r2 + r6 * r6)) return true;
+    // Then exactly.
+    auto at = [k](PlyStress const& s) { return branch(k, s).value(s); };
+    if (!(under(at(a)) && under(at(b)))) return false;
+    PlyStress const d{b.s1 - a.s1, b.s2 - a.s2, b.t12 - a.t12};
+    if ((a.s1 < 0.0) != (b.s1 < 0.0) && !under(at(along(a, d, a.s1 / (a.s1 - b.s1)))))
+        return false;
+    if ((a.s2 < 0.0) != (b.s2 < 0.0) && !under(at(along(a, d, a.s2 / (a.s2 - b.s2)))))
+        return false;
+    return true;
+}
+
 }  // namespace
 
 extern CriterionInfo const kTsaiHill = {"tsaihill", kModes,           kNoExtras,   nullptr,
-                                        0,          prepareCriterion, assessState, ratePath};
+                                        0,          prepareCriterion, assessState, ratePath,
+                                        indexBelow};
 
 }  // namespace laminate::analysis

@@ -31,6 +31,6 @@ Verdict prepareCriterion(CriterionPly const& ply, double const* params, Prepared
 
 extern CriterionInfo const kTsaiWu2d = {"tsaiwu2d",       kModes,           kNoExtras,
                                         kParams,          1,                prepareCriterion,
-                                        assessGeneralQuadratic, rateGeneralQuadratic};
+                                        assessGeneralQuadratic, rateGeneralQuadratic, nullptr};
 
 }  // namespace laminate::analysis

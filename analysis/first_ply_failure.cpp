@@ -966,9 +966,12 @@ bool scaleNeeded(double largest)
     return largest > 0x1p300 || largest < 0x1p-300;
 }
 
-// Tsai-Wu or Hashin over the plies, the stresses scaled by 2^-exponent.
-void closedForms(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], Criterion c,
-                 int exponent, Answer& ans)
+// Tsai-Wu or Hashin over the plies, the stresses scaled by 2^-exponent.  One
+// instance per criterion, so that the loop over the plies carries no test of
+// which one it rates.
+template <Criterion C>
+void closedForms(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], int exponent,
+                 Answer& ans)
 {
     Scale const scale(exponent);
     LayerState st;
@@ -985,11 +988,20 @@ void closedForms(std::vector<LaminateAnalysis::Ply> const& plies, double const g
             top = t, bas = b, ta = scale(ta), tb = scale(tb);
         }
         int const layer = static_cast<int>(i) + 1;
-        if (c == Criterion::TsaiWu)
+        if (C == Criterion::TsaiWu)
             tsaiWu(ply.data, layer, top, bas, ta, tb, ans);
         else
             hashin(ply.data, layer, top, bas, ta, tb, ans);
     }
+}
+
+void closedForms(std::vector<LaminateAnalysis::Ply> const& plies, double const g[8], Criterion c,
+                 int exponent, Answer& ans)
+{
+    if (c == Criterion::TsaiWu)
+        closedForms<Criterion::TsaiWu>(plies, g, exponent, ans);
+    else
+        closedForms<Criterion::Hashin>(plies, g, exponent, ans);
 }
 
 // The largest stress magnitude of the assessed plies (up to 8 times it), or

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "laminate/analysis/criterion_path.h"
 #include "laminate/laminate/layer_recovery.h"
 
 namespace laminate::analysis {
@@ -189,7 +190,14 @@ LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const&
         for (Face face : {Face::Top, Face::Bottom}) {
             PlyStress const res =
                 residual ? residual_.stress(k, face, load.dT, load.dM) : PlyStress{0, 0, 0};
-            Rating const r = rate(p, res, mechanical(k, face, load.loads));
+            PlyStress const mech = mechanical(k, face, load.loads);
+            // A face whose index provably stays below 1 up to the smallest
+            // factor so far cannot fail first, nor on residual stresses
+            // alone, nor be refused: it need not be rated.
+            if (best.rf < kInf && p.info->below &&
+                criterion_path::staysBelow(p, res, mech, best.rf))
+                continue;
+            Rating const r = rate(p, res, mech);
             if (!rated(r.verdict)) {
                 if (unrated.ply == 0) unrated = LaminateFailure{r.verdict, 0.0, k, face, -1};
                 continue;

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "laminate/analysis/criterion.h"
+#include "laminate/analysis/criterion_path.h"
 #include "criterion_plies.h"
 
 using laminate::analysis::CriterionInfo;
@@ -343,4 +344,74 @@ TEST(CriterionRandomPaths, ExtremeStressesGiveNumbers)
             }
         }
     }
+}
+
+// A first-ply failure skips a face once another has failed at a factor cap,
+// when the criterion's bound keeps the face's index below 1 up to there.  On
+// random plies and paths: a skipped face never fails by cap (its factor lies
+// beyond, the index sampled along the way stays below 1), a face that fails
+// by cap is never skipped, and the bounds do skip most faces far from
+// failing (every one of them for the exact bounds of Tsai-Hill and Hashin).
+TEST(CriterionBound, SkipsOnlyFacesThatCannotFailBeforeTheCap)
+{
+    using laminate::analysis::criterion_path::staysBelow;
+    std::mt19937 gen(33);
+    std::uniform_real_distribution<double> u(-1.0, 1.0);
+    struct Run {
+        char const* name;
+        double least;  // the share of rated faces skipped at a third of their factor
+    };
+    Run const runs[] = {{"tsaihill", 1.0}, {"hashin2d", 1.0}, {"larc03", 0.5}, {"puck", 0.0}};
+    double const factors[] = {0.33, 0.9, 0.999, 1.0, 1.5};
+    for (Run const& run : runs) {
+        int rated = 0, skipped = 0;
+        for (int trial = 0; trial < 400; trial++) {
+            PreparedCriterion p;
+            if (laminate::analysis::prepare(criterion(run.name), randomPly(gen), nullptr, p) !=
+                Verdict::Ok)
+                continue;  // LaRC03 may refuse a thin ply
+            PlyStress res{800 * u(gen), 40 * u(gen), 40 * u(gen)};
+            PlyStress mech{2000 * u(gen), 100 * u(gen), 80 * u(gen)};
+            if (trial % 7 == 0) mech.s1 = 0.0;
+            if (trial % 11 == 0) res.t12 = 0.0;
+            Rating const r = laminate::analysis::rate(p, res, mech);
+            if (r.verdict == Verdict::Residual) {
+                EXPECT_FALSE(staysBelow(p, res, mech, 1.0)) << run.name;
+                continue;
+            }
+            double const scale = r.rf < kInf ? r.rf : 100.0;
+            rated++;
+            for (double factor : factors) {
+                double const cap = factor * scale;
+                if (!staysBelow(p, res, mech, cap)) continue;
+                EXPECT_GT(r.rf, cap) << run.name << " trial " << trial;
+                for (int i = 0; i <= 200; i++) {
+                    double const f = cap * i / 200;
+                    PlyStress const s{res.s1 + f * mech.s1, res.s2 + f * mech.s2,
+                                      res.t12 + f * mech.t12};
+                    ASSERT_LT(laminate::analysis::assess(p, s).index, 1.0)
+                        << run.name << " trial " << trial << " at " << f;
+                }
+                if (factor == factors[0]) skipped++;
+            }
+        }
+        EXPECT_GT(rated, 300) << run.name;
+        EXPECT_GE(skipped, run.least * rated) << run.name;
+        if (run.least == 0.0) {
+            EXPECT_EQ(skipped, 0) << run.name;  // no bound: always rated
+        }
+    }
+    // Nothing is said about stresses that are not numbers, nor without a cap.
+    PreparedCriterion p;
+    laminate::analysis::prepare(criterion("hashin2d"), carbon(), nullptr, p);
+    PlyStress const small{1, 1, 1};
+    EXPECT_FALSE(staysBelow(p, small, PlyStress{std::nan(""), 0, 0}, 1.0));
+    EXPECT_FALSE(staysBelow(p, small, small, kInf));
+    EXPECT_TRUE(staysBelow(p, small, small, 1.0));
+    // Tsai-Hill with a transverse strength above twice the axial one has
+    // branches that are not convex: its bound says nothing.
+    CriterionPly odd = carbon();
+    odd.set(laminate::analysis::kGivenYc, 5000);
+    laminate::analysis::prepare(criterion("tsaihill"), odd, nullptr, p);
+    EXPECT_FALSE(staysBelow(p, small, small, 1.0));
 }

@@ -380,3 +380,79 @@ TEST(LaminateRating, ReserveFactorsMatchBisectionOnRecoveredStresses)
     EXPECT_GT(checked, 1500);
     EXPECT_GT(residual, 0);
 }
+
+TEST(LaminateRating, FirstPlyFailureEqualsTheSmallestOfEveryFace)
+{
+    // The first-ply failure skips faces that its criterion's bound shows
+    // cannot fail first; it must still answer exactly what rating every face
+    // in order gives: the first face on residual stresses alone, else the
+    // first face that could not be rated, else the first face with the
+    // smallest factor.  Random laminates, loads (some of them 0) and
+    // temperatures, every criterion.
+    std::mt19937 gen(8);
+    std::uniform_real_distribution<double> u(0, 1);
+    int failures = 0, residuals = 0, refusals = 0;
+    for (int trial = 0; trial < 60; trial++) {
+        int const n = 2 + trial % 9;
+        std::vector<lamtest::Ply> plies;
+        std::vector<CriterionPly> cps;
+        std::vector<double> alpha;
+        for (int k = 1; k <= n; k++) {
+            plies.push_back(carbon(15 * std::round(-6 + 12 * u(gen)), 0.1 + 0.8 * u(gen)));
+            cps.push_back(criterionPly(plies.back(), laminate::analysis::plySite(k, n)));
+            cps.back().fibre = laminate::analysis::FibreKind::Carbon;
+            alpha.insert(alpha.end(), {-0.5e-6, 20e-6 + 15e-6 * u(gen)});
+        }
+        // Now and then a layer without a strength, which no criterion rates.
+        if (trial % 10 == 9) cps[n / 2].given &= ~laminate::analysis::kGivenYt;
+        lamtest::Lam lam(plies);
+        LaminateAnalysis an(lam);
+        LaminateRating const rating(an, cps, alpha.data(), nullptr);
+        ASSERT_EQ(rating.status(), LaminateRating::Ok);
+        for (int load = 0; load < 20; load++) {
+            double loads[8];
+            for (int i = 0; i < 8; i++)
+                loads[i] = (u(gen) < 0.3 ? 0.0 : -300 + 600 * u(gen)) / (i < 3 ? 1 : 10);
+            double const dT = load % 4 == 0 ? 0.0 : -150 - 200 * u(gen);
+            laminate::analysis::RatingLoad const rl{loads, dT, 0};
+            for (int c = 0; laminate::analysis::kCriteria[c]; c++) {
+                LaminateFailure ref{Verdict::Never, kInf, 0, Face::None, -1};
+                LaminateFailure unrated{Verdict::Ok, 0.0, 0, Face::None, -1};
+                bool done = false;
+                for (int k = 1; k <= n && !done; k++)
+                    for (Face f : {Face::Top, Face::Bottom}) {
+                        laminate::analysis::FaceRating const r = rating.rateFace(c, k, f, rl);
+                        Verdict const v = r.rating.verdict;
+                        if (v == Verdict::Residual) {
+                            ref = LaminateFailure{v, 0.0, k, f, r.rating.mode};
+                            done = true;
+                            break;
+                        }
+                        if (v != Verdict::Ok && v != Verdict::Never) {
+                            // A refused ply has no face; a face that could
+                            // not be rated is named.
+                            if (unrated.ply == 0) unrated = LaminateFailure{v, 0.0, k, r.face, -1};
+                            if (r.face == Face::None) break;
+                            continue;
+                        }
+                        if (r.rating.rf < ref.rf)
+                            ref = LaminateFailure{v, r.rating.rf, k, f, r.rating.mode};
+                    }
+                if (!done && unrated.ply != 0) ref = unrated;
+                LaminateFailure const got = rating.firstPlyFailure(c, rl);
+                char const* name = laminate::analysis::kCriteria[c]->name;
+                EXPECT_EQ(got.verdict, ref.verdict) << name << " trial " << trial;
+                EXPECT_EQ(got.rf, ref.rf) << name << " trial " << trial;
+                EXPECT_EQ(got.ply, ref.ply) << name << " trial " << trial;
+                EXPECT_EQ(got.face, ref.face) << name << " trial " << trial;
+                EXPECT_EQ(got.mode, ref.mode) << name << " trial " << trial;
+                failures += ref.verdict == Verdict::Ok;
+                residuals += ref.verdict == Verdict::Residual;
+                refusals += ref.ply != 0 && ref.mode < 0;
+            }
+        }
+    }
+    EXPECT_GT(failures, 5000);
+    EXPECT_GT(residuals, 0);
+    EXPECT_GT(refusals, 0);
+}
