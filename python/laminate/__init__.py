@@ -1,6 +1,7 @@
 """Laminated composite shells: ply materials, layups, stiffness, ply
-results, first-ply failure of NumPy arrays of load cases and failure
-envelopes.
+results, first-ply failure of NumPy arrays of load cases under the model's
+and the catalogue's criteria (with temperature and moisture changes held),
+reserve factors of every ply, and failure envelopes.
 
 The numbers are those of the Tcl package laminate::analysis, bit for bit,
 for the same laminate and loads.
