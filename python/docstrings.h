@@ -144,7 +144,8 @@ dict
     ``strains`` (8,): ex ey gxy kx ky kxy gxz gyz; ``plies``: one dict per
     layer, layer 1 first, with the keys of the Tcl command laminate::evaluate
     (vectors as (3,) arrays); ``fpf``: per criterion ('tsaiwu', 'hashin',
-    'larc04') a dict ``factor ply face mode outcome``; ``interlaminar``:
+    'larc04') a dict ``factor ply face mode outcome verdict mos`` (words,
+    see :meth:`fpf`); ``interlaminar``:
     an (m, 3) array of ``z``, ``tau_xz``, ``tau_yz`` at every ply face and
     middle, lowest face first, recovered from equilibrium.
 
