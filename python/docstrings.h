@@ -144,7 +144,8 @@ dict
     ``strains`` (8,): ex ey gxy kx ky kxy gxz gyz; ``plies``: one dict per
     layer, layer 1 first, with the keys of the Tcl command laminate::evaluate
     (vectors as (3,) arrays); ``fpf``: per criterion ('tsaiwu', 'hashin',
-    'larc04') a dict ``factor ply face mode outcome``; ``interlaminar``:
+    'larc04') a dict ``factor ply face mode outcome verdict mos`` (words,
+    see :meth:`fpf`); ``interlaminar``:
     an (m, 3) array of ``z``, ``tau_xz``, ``tau_yz`` at every ply face and
     middle, lowest face first, recovered from equilibrium.
 
@@ -160,7 +161,16 @@ Parameters
 ----------
 loads : array_like, shape (8,) or (n, 8)
     Load cases, one per row.
-criterion : {'tsaiwu', 'hashin', 'larc04'}, default 'tsaiwu'
+criterion : str, default 'tsaiwu'
+    One of :data:`CRITERIA`: the model's 'tsaiwu', 'hashin', 'larc04', or
+    a criterion of the catalogue ('maxstress', 'maxstrain', 'tsaihill',
+    'hoffman', 'tsaiwu2d', 'hashin2d', 'puck', 'larc03').
+dT, dM : float, default 0
+    Temperature and moisture change from the stress-free state, held while
+    the mechanical loads are scaled (the catalogue's criteria only; they
+    need every ply's alpha1 alpha2, beta1 beta2).
+fos : float, default 1
+    Factor of safety of ``mos``.
 threads : int, default 1
     The rows are split into this many contiguous blocks, rated at once in
     as many threads.  The answers do not depend on it.  The GIL is released
@@ -169,16 +179,22 @@ threads : int, default 1
 Returns
 -------
 ndarray
-    A structured array of shape () or (n,), dtype ``FPF_DTYPE``:
-    ``factor`` (float64): the load factor at which the first ply fails;
-    ``ply`` (int32, from 1; 0 for none); ``face`` ('top', 'bottom', 'none');
-    ``mode`` ('tsaiwu'; 'matrix', 'fibre'; 'm1'..'m6'; 'none');
-    ``outcome``: 'fails' (factor finite, >= 0), 'never' (no index ever
-    reaches 1), 'undefined' (an index is NaN and nothing else fails) or
-    'overflow' (the stresses or the factor beyond the largest double).
-    ``factor`` is never NaN and never negative: it is ``inf`` exactly when
-    the outcome is not 'fails'.  The Tcl commands write the factor of
-    'undefined' and 'overflow' as those words.
+    A structured array of shape () or (n,), dtype ``FPF_DTYPE`` (24 bytes
+    a row): ``factor`` (float64), ``mos`` (float64, ``factor / fos - 1``),
+    ``ply`` (int32, from 1; 0 for none), and four word codes (uint8):
+    ``face`` (in :data:`FACES`), ``mode`` (in ``modes(criterion)``),
+    ``outcome`` (in :data:`OUTCOMES`: 'fails', 'never', 'undefined',
+    'overflow') and ``verdict`` (in :data:`VERDICTS`: 'none' for the
+    model's criteria, else the catalogue's verdict).  :func:`words` turns
+    a field into its words.
+
+    The model's criteria: ``factor`` is finite exactly when the outcome is
+    'fails', ``inf`` otherwise.  The catalogue's: ``factor`` is the reserve
+    factor with the residual stresses held, ``outcome`` 'fails' for the
+    verdicts 'ok' and 'residual' (factor 0), 'never' (factor ``inf``) for
+    'never', 'undefined' for a ply that cannot be rated ('nostrength',
+    'nodata', 'nonfinite', 'badparameter'; factor 0, ply the first such).
+    Never NaN, never negative.
 
 Raises
 ------
@@ -186,8 +202,11 @@ LoadsError
     A shape other than (8,) or (n, 8) (``COUNT``), or a value that is not
     finite (``VALUE``; the message names the case from 1); nothing is rated.
 LaminateError
-    An unknown criterion (``('LAMINATE', 'CRITERION', word)``) or
-    threads < 1.
+    An unknown criterion (``('LAMINATE', 'CRITERION', word)``), threads < 1
+    or a bad dT, dM, fos (``('LAMINATE', 'OPTION', name)``), dT or dM
+    without the coefficients (``('LAMINATE', 'THERMAL', 'NOALPHA' |
+    'NOBETA', '')``) or with a model criterion (``('LAMINATE', 'THERMAL',
+    'MODELCRITERION', name)``).
 )";
 
 char const* const Envelope = R"(The first-ply-failure envelope in the plane of two load components.
@@ -196,20 +215,75 @@ Parameters
 ----------
 plane : tuple of int, default (1, 2)
     The two load components, counted 1..8 (N1 N2 N12 M1 M2 M12 Q1 Q2).
-criterion : {'tsaiwu', 'hashin', 'larc04'}, default 'tsaiwu'
+criterion : str, default 'tsaiwu'
+    One of :data:`CRITERIA`.
 points : int, default 72
     Rays through the origin, ray r at the angle 2 pi r / points from the
     first component's axis (1..100000).
+dT, dM : float, default 0
+    Held while the mechanical loads are scaled (catalogue criteria only).
+fos : float, default 1
+    Every point is divided by it: the envelope of allowable loads.
 
 Returns
 -------
 ndarray
-    A structured array of shape (points,): ``x``, ``y`` the failure load
-    on the ray, then the fields of :meth:`fpf`.  A ray that never fails has
-    infinite coordinates (0 where its direction has no component); a ray
-    whose outcome is 'undefined' or 'overflow' has no point: ``x`` and
-    ``y`` are ``inf`` and ``outcome`` says why.  Plot
-    ``env[env['outcome'] == 'fails']``.
+    A structured array of shape (points,), dtype ``ENVELOPE_DTYPE``: ``x``,
+    ``y`` the failure load on the ray, then the fields of :meth:`fpf`.  A
+    ray that never fails has infinite coordinates (0 where its direction
+    has no component); residual stresses that fail alone give the origin; a
+    ray whose outcome is 'undefined' or 'overflow' has no point: ``x`` and
+    ``y`` are ``inf``.  Plot ``env[env['outcome'] == OUTCOMES.index('fails')]``.
+)";
+
+char const* const Rate = R"(Reserve factors of every ply under the catalogue's criteria, one load case.
+
+Parameters
+----------
+loads : array_like, shape (8,)
+    N1 N2 N12 M1 M2 M12 Q1 Q2.
+criteria : str or sequence of str, optional
+    Criteria of the catalogue; by default ('tsaiwu2d', 'puck', 'maxstrain').
+dT, dM : float, default 0
+    Temperature and moisture change, residual stresses held.
+fos : float, default 1
+    Factor of safety of the margins.
+
+Returns
+-------
+dict
+    ``plies``: a list, layer 1 first, of dicts keyed by criterion, each the
+    worse face's ``rf`` (0 residual, ``inf`` never), ``mos`` (rf / fos -
+    1), ``index`` (at the loads given, residual + mechanical) with
+    ``index_verdict``, ``face``, ``mode`` ('none' when never or not rated),
+    ``verdict`` ('ok', 'never', 'residual', 'nostrength', 'nodata',
+    'nonfinite', 'badparameter') and the criterion's extra outputs at the
+    failure state where it gives them (``theta_fp`` of Puck, ``alpha``,
+    ``phi`` of LaRC03, degrees).  A ply that cannot be rated has ``rf`` 0,
+    ``index`` 0 and its verdict.  ``fpf``: per criterion the laminate's
+    first-ply failure as a dict ``factor ply face mode outcome verdict mos``
+    (the fields of :meth:`fpf`, as words).  Never NaN.
+
+Raises
+------
+LaminateError
+    A model criterion (``('LAMINATE', 'CRITERION', 'MODEL', name)``), an
+    unknown one, a bad option, dT or dM without the coefficients.
+LoadsError
+    Not 8 finite numbers.
+)";
+
+char const* const Modes = R"(The mode words of a criterion, by code: 'none' first.
+
+Parameters
+----------
+criterion : str
+    One of :data:`CRITERIA`.
+
+Returns
+-------
+tuple of str
+    ``modes(c)[row['mode']]`` is the word of an answer's mode.
 )";
 
 }  // namespace doc

@@ -87,17 +87,7 @@ py::dict materialDict(PlyMaterial const& m, bool givenOnly)
     return d;
 }
 
-Criterion criterion(std::string const& word)
-{
-    if (word == "tsaiwu") return Criterion::TsaiWu;
-    if (word == "hashin") return Criterion::Hashin;
-    if (word == "larc04") return Criterion::LaRC04;
-    throw Error(ErrorKind::Laminate,
-                "bad criterion \"" + word + "\": must be tsaiwu, hashin, or larc04", {"CRITERION", word});
-}
-
-char const* const kCriteria[] = {"tsaiwu", "hashin", "larc04"};
-Criterion const kCriterionOrder[] = {Criterion::TsaiWu, Criterion::Hashin, Criterion::LaRC04};
+Criterion const kModelOrder[] = {Criterion::TsaiWu, Criterion::Hashin, Criterion::LaRC04};
 
 // The loads of one case: 8 finite numbers, tiny ones snapped to 0.
 void oneCase(Loads const& loads, double out[8])
@@ -115,28 +105,96 @@ void oneCase(Loads const& loads, double out[8])
     pylaminate::snapLoads(loads.data(), out);
 }
 
-py::dict failureDict(Criterion c, laminate::analysis::PlyFailure const& f)
+// A first-ply failure as a dict of words, from its row.
+py::dict failureDict(int id, FailureRow const& row)
 {
+    std::vector<std::string> const modes = pylaminate::modeWords(id);
     py::dict d;
-    d["factor"] = f.factor;
-    d["ply"] = f.ply;
-    d["face"] = pylaminate::faceWord(f.face);
-    d["mode"] = pylaminate::modeWord(c, f);
-    d["outcome"] = pylaminate::outcomeWord(f.outcome);
+    d["factor"] = row.factor;
+    d["ply"] = row.ply;
+    d["face"] = pylaminate::kFaceWords[row.face];
+    d["mode"] = modes[row.mode];
+    d["outcome"] = pylaminate::kOutcomeWords[row.outcome];
+    d["verdict"] = pylaminate::kVerdictWords[row.verdict];
+    d["mos"] = row.mos;
     return d;
 }
 
-// The structured dtype of first-ply-failure answers (FailureRow).
-py::dtype failureDtype()
+// The structured dtype of first-ply-failure answers (FailureRow), after
+// the fields before it (the envelope's x and y).
+py::dtype failureDtype(bool point)
 {
+    py::list names, formats, offsets;
+    size_t const at = point ? 16 : 0;
+    if (point) {
+        names.append("x"), formats.append("<f8"), offsets.append(0);
+        names.append("y"), formats.append("<f8"), offsets.append(8);
+    }
+    char const* const fields[] = {"factor", "mos", "ply", "face", "mode", "outcome", "verdict"};
+    char const* const types[] = {"<f8", "<f8", "<i4", "u1", "u1", "u1", "u1"};
+    size_t const where[] = {offsetof(FailureRow, factor), offsetof(FailureRow, mos), offsetof(FailureRow, ply),
+                            offsetof(FailureRow, face),   offsetof(FailureRow, mode), offsetof(FailureRow, outcome),
+                            offsetof(FailureRow, verdict)};
+    for (int i = 0; i < 7; i++) names.append(fields[i]), formats.append(types[i]), offsets.append(at + where[i]);
     py::dict layout;
-    layout["names"] = py::make_tuple("factor", "ply", "face", "mode", "outcome");
-    layout["formats"] = py::make_tuple("<f8", "<i4", "<U6", "<U6", "<U9");
-    layout["offsets"] = py::make_tuple(offsetof(FailureRow, factor), offsetof(FailureRow, ply),
-                                     offsetof(FailureRow, face), offsetof(FailureRow, mode),
-                                     offsetof(FailureRow, outcome));
-    layout["itemsize"] = sizeof(FailureRow);
+    layout["names"] = names;
+    layout["formats"] = formats;
+    layout["offsets"] = offsets;
+    layout["itemsize"] = at + sizeof(FailureRow);
     return py::dtype::from_args(layout);
+}
+
+// ---- options -----------------------------------------------------------------
+
+// A factor of safety, temperature or moisture change: a finite number (fos
+// above 0), with the message and code the Tcl options give, named without
+// the dash.
+double conditionValue(py::handle value, char const* name)
+{
+    double v = NAN;
+    try {
+        v = py::cast<double>(value);
+    } catch (py::cast_error const&) {
+    }
+    bool const fos = std::strcmp(name, "fos") == 0;
+    if (!std::isfinite(v) || (fos && !(v > 0.0)) || py::isinstance<py::bool_>(value))
+        throw Error(ErrorKind::Laminate,
+                    std::string(name) + ": expected a finite number" + (fos ? " above 0" : "") + ", got \"" +
+                        pylaminate::shown(py::str(value).cast<std::string>()) + "\"",
+                    {"OPTION", name});
+    return v;
+}
+
+// The conditions of a rating: dT, dM, fos read, and checked against the
+// laminate and the criteria as the Tcl commands check them.
+pylaminate::BatchOptions conditions(PreparedLaminate const& p, std::vector<pylaminate::CriterionChoice> const& chosen,
+                                    py::handle dT, py::handle dM, py::handle fos)
+{
+    pylaminate::BatchOptions o;
+    o.dT = conditionValue(dT, "dT");
+    o.dM = conditionValue(dM, "dM");
+    o.fos = conditionValue(fos, "fos");
+    laminate::analysis::ResidualStress const& r = p.rating().residual();
+    if (o.dT != 0.0 && !r.hasThermal())
+        throw Error(ErrorKind::Laminate,
+                    "laminate has no thermal expansion coefficients: dT needs alpha1 and alpha2 of every ply "
+                    "(a layup of materials that give them)",
+                    {"THERMAL", "NOALPHA", ""});
+    if (o.dM != 0.0 && !r.hasMoisture())
+        throw Error(ErrorKind::Laminate,
+                    "laminate has no moisture expansion coefficients: dM needs beta1 and beta2 of every ply "
+                    "(a layup of materials that give them)",
+                    {"THERMAL", "NOBETA", ""});
+    if (o.dT == 0.0 && o.dM == 0.0) return o;
+    for (pylaminate::CriterionChoice const& c : chosen) {
+        if (!c.model()) continue;
+        std::string const name = pylaminate::kCriterionNames[c.id];
+        throw Error(ErrorKind::Laminate,
+                    "criterion \"" + name + "\" is the model's own index and holds no residual stresses: with "
+                    "dT or dM name criteria of the catalogue (tsaiwu2d, hashin2d, puck, larc03 ...)",
+                    {"THERMAL", "MODELCRITERION", name});
+    }
+    return o;
 }
 
 // ---- the laminate ------------------------------------------------------------
@@ -306,7 +364,11 @@ py::dict evaluate(Laminate const& self, Loads loads)
     py::list plies;
     for (int k = 1; k <= an.layers(); k++) plies.append(plyDict(an, k, ev.plies[k - 1]));
     py::dict fpf;
-    for (int c = 0; c < 3; c++) fpf[kCriteria[c]] = failureDict(kCriterionOrder[c], an.firstPlyFailure(l, kCriterionOrder[c]));
+    for (int c = 0; c < pylaminate::kModelCriteria; c++) {
+        FailureRow row;
+        pylaminate::fillRow(c, an.firstPlyFailure(l, kModelOrder[c]), 1.0, row);
+        fpf[pylaminate::kCriterionNames[c]] = failureDict(c, row);
+    }
     std::vector<laminate::analysis::ShearPoint> points;
     if (self.p->shear().status() == laminate::analysis::InterlaminarShear::Ok) self.p->shear().profile(l, points);
     py::array_t<double> shear({static_cast<py::ssize_t>(points.size()), py::ssize_t(3)});
@@ -324,12 +386,15 @@ py::dict evaluate(Laminate const& self, Loads loads)
     return d;
 }
 
-py::array fpf(Laminate const& self, Loads loads, std::string const& criterionWord, int threads)
+py::array fpf(Laminate const& self, Loads loads, std::string const& criterionWord, py::handle dT, py::handle dM,
+              py::handle fos, int threads)
 {
-    Criterion const c = criterion(criterionWord);
+    pylaminate::CriterionChoice const c = pylaminate::criterionChoice(criterionWord);
     if (threads < 1)
         throw Error(ErrorKind::Laminate, "threads: expected an integer >= 1, got " + std::to_string(threads),
                     {"OPTION", "threads"});
+    pylaminate::BatchOptions opt = conditions(*self.p, {c}, dT, dM, fos);
+    opt.criterion = c;
     bool const single = loads.ndim() == 1;
     if ((loads.ndim() != 1 && loads.ndim() != 2) || loads.shape(loads.ndim() - 1) != 8) {
         std::string shape = "(";
@@ -342,21 +407,22 @@ py::array fpf(Laminate const& self, Loads loads, std::string const& criterionWor
     size_t const rows = single ? 1 : static_cast<size_t>(loads.shape(0));
     std::vector<py::ssize_t> shape;
     if (!single) shape.push_back(static_cast<py::ssize_t>(rows));
-    py::array out(failureDtype(), shape);
+    py::array out(failureDtype(false), shape);
     FailureRow* rowsOut = static_cast<FailureRow*>(out.mutable_data());
     double const* in = loads.data();
     std::shared_ptr<PreparedLaminate const> keep = self.p;
     {
         py::gil_scoped_release release;
         pylaminate::checkLoads(in, rows, single);
-        pylaminate::rateRows(keep->analysis(), c, in, rows, rowsOut, threads);
+        pylaminate::rateRows(keep->analysis(), keep->rating(), opt, in, rows, rowsOut, threads);
     }
     return out;
 }
 
-py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string const& criterionWord, int points)
+py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string const& criterionWord, int points,
+                   py::handle dT, py::handle dM, py::handle fos)
 {
-    Criterion const c = criterion(criterionWord);
+    pylaminate::CriterionChoice const c = pylaminate::criterionChoice(criterionWord);
     if (points < 1 || points > 100000)
         throw Error(ErrorKind::Laminate, "points: expected an integer from 1 to 100000, got " + std::to_string(points),
                     {"OPTION", "points"});
@@ -366,32 +432,130 @@ py::array envelope(Laminate const& self, std::pair<int, int> plane, std::string 
                     "plane: expected two different load components from 1 to 8, got (" + std::to_string(i) + ", " +
                         std::to_string(j) + ")",
                     {"PLANE", "INVALID"});
-    std::vector<laminate::analysis::EnvelopePoint> pts;
-    {
-        py::gil_scoped_release release;
-        pts = laminate::analysis::envelope(self.p->analysis(), i, j, c, points);
-    }
-    py::dict layout;
-    layout["names"] = py::make_tuple("x", "y", "factor", "ply", "face", "mode", "outcome");
-    layout["formats"] = py::make_tuple("<f8", "<f8", "<f8", "<i4", "<U6", "<U6", "<U9");
-    layout["offsets"] = py::make_tuple(0, 8, 16 + offsetof(FailureRow, factor), 16 + offsetof(FailureRow, ply),
-                                     16 + offsetof(FailureRow, face), 16 + offsetof(FailureRow, mode),
-                                     16 + offsetof(FailureRow, outcome));
-    layout["itemsize"] = 16 + sizeof(FailureRow);
-    py::array out(py::dtype::from_args(layout), std::vector<py::ssize_t>{static_cast<py::ssize_t>(pts.size())});
+    pylaminate::BatchOptions const opt = conditions(*self.p, {c}, dT, dM, fos);
+    py::array out(failureDtype(true), std::vector<py::ssize_t>{static_cast<py::ssize_t>(points)});
     char* base = static_cast<char*>(out.mutable_data());
-    for (size_t k = 0; k < pts.size(); k++) {
-        char* row = base + k * (16 + sizeof(FailureRow));
-        laminate::analysis::Outcome const o = pts[k].failure.outcome;
-        // A ray without a failure load has no point: inf, and the outcome says why.
-        bool const noPoint = o == laminate::analysis::Outcome::Undefined || o == laminate::analysis::Outcome::Overflow;
-        double const xy[2] = {noPoint ? INFINITY : pts[k].x, noPoint ? INFINITY : pts[k].y};
-        std::memcpy(row, xy, sizeof xy);
-        FailureRow f;
-        pylaminate::fillRow(c, pts[k].failure, f);
-        std::memcpy(row + 16, &f, sizeof f);
+    size_t const size = 16 + sizeof(FailureRow);
+    // A ray without a failure load has no point: inf, and the outcome and
+    // verdict say why.  With fos, the envelope of allowable loads.
+    auto put = [&opt, base, size](size_t k, double x, double y, bool noPoint, FailureRow const& f) {
+        double const xy[2] = {noPoint ? INFINITY : x / opt.fos, noPoint ? INFINITY : y / opt.fos};
+        std::memcpy(base + k * size, xy, sizeof xy);
+        std::memcpy(base + k * size + 16, &f, sizeof f);
+    };
+    std::shared_ptr<PreparedLaminate const> keep = self.p;
+    {
+    py::gil_scoped_release release;
+    FailureRow f;
+    if (c.model()) {
+        std::vector<laminate::analysis::EnvelopePoint> const pts =
+            laminate::analysis::envelope(keep->analysis(), i, j, kModelOrder[c.id], points);
+        for (size_t k = 0; k < pts.size(); k++) {
+            pylaminate::fillRow(c.id, pts[k].failure, opt.fos, f);
+            laminate::analysis::Outcome const o = pts[k].failure.outcome;
+            put(k, pts[k].x, pts[k].y,
+                o == laminate::analysis::Outcome::Undefined || o == laminate::analysis::Outcome::Overflow, f);
+        }
+    } else {
+        std::vector<laminate::analysis::RatedEnvelopePoint> const pts =
+            laminate::analysis::ratedEnvelope(keep->rating(), i, j, c.catalogue, points, opt.dT, opt.dM);
+        for (size_t k = 0; k < pts.size(); k++) {
+            pylaminate::fillRow(pts[k].failure, opt.fos, f);
+            put(k, pts[k].x, pts[k].y, f.outcome == static_cast<std::uint8_t>(laminate::analysis::Outcome::Undefined), f);
+        }
+    }
     }
     return out;
+}
+
+// The criteria of rate: a name or a sequence of names of the catalogue,
+// each once, in the order named; None: the default set.
+std::vector<pylaminate::CriterionChoice> ratingCriteria(py::handle criteria)
+{
+    std::vector<std::string> words;
+    if (criteria.is_none())
+        words = {"tsaiwu2d", "puck", "maxstrain"};
+    else if (py::isinstance<py::str>(criteria))
+        words.push_back(criteria.cast<std::string>());
+    else
+        for (py::handle w : criteria) words.push_back(py::str(w).cast<std::string>());
+    if (words.empty())
+        throw Error(ErrorKind::Laminate, "criteria: expected a list of criteria, got \"\"", {"CRITERION", "LIST"});
+    std::vector<pylaminate::CriterionChoice> chosen;
+    for (std::string const& w : words) {
+        pylaminate::CriterionChoice const c = pylaminate::criterionChoice(w);
+        if (c.model())
+            throw Error(ErrorKind::Laminate,
+                        "criterion \"" + w + "\" is the model's own index, without reserve factors or residual "
+                        "stresses: rate with tsaiwu2d, hashin2d, larc03 or another criterion of the catalogue",
+                        {"CRITERION", "MODEL", w});
+        bool seen = false;
+        for (pylaminate::CriterionChoice const& d : chosen) seen = seen || d.id == c.id;
+        if (!seen) chosen.push_back(c);
+    }
+    return chosen;
+}
+
+bool rated(laminate::analysis::Verdict v)
+{
+    return v == laminate::analysis::Verdict::Ok || v == laminate::analysis::Verdict::Residual ||
+           v == laminate::analysis::Verdict::Never;
+}
+
+py::dict rate(Laminate const& self, Loads loads, py::handle criteria, py::handle dT, py::handle dM, py::handle fos)
+{
+    namespace an = laminate::analysis;
+    std::vector<pylaminate::CriterionChoice> const chosen = ratingCriteria(criteria);
+    pylaminate::BatchOptions const opt = conditions(*self.p, chosen, dT, dM, fos);
+    double l[8];
+    oneCase(loads, l);
+    an::LaminateRating const& rating = self.p->rating();
+    an::RatingLoad const load{l, opt.dT, opt.dM};
+    py::list plies;
+    for (int k = 1; k <= self.p->analysis().layers(); k++) {
+        py::dict ply;
+        for (pylaminate::CriterionChoice const& c : chosen) {
+            an::CriterionInfo const& info = *an::kCriteria[c.catalogue];
+            an::FaceRating const fr = rating.ratePly(c.catalogue, k, load);
+            an::Rating const& r = fr.rating;
+            py::dict d;
+            double index = 0.0;
+            std::string indexVerdict = an::verdictWord(r.verdict);
+            an::PreparedCriterion const& p = rating.prepared(c.catalogue, k);
+            if (rated(r.verdict)) {
+                an::PlyStress const now{fr.res.s1 + fr.mech.s1, fr.res.s2 + fr.mech.s2, fr.res.t12 + fr.mech.t12};
+                an::Assessment const a = an::assess(p, now);
+                index = a.index;
+                indexVerdict = an::verdictWord(a.verdict);
+            }
+            d["rf"] = r.rf;
+            d["mos"] = an::marginOfSafety(r.rf, opt.fos);
+            d["index"] = index;
+            d["index_verdict"] = indexVerdict;
+            d["face"] = pylaminate::kFaceWords[static_cast<int>(fr.face)];
+            d["mode"] = rated(r.verdict) && r.mode >= 0 ? info.modes[r.mode] : "none";
+            d["verdict"] = an::verdictWord(r.verdict);
+            // The extra outputs (fracture and misalignment angles) at the
+            // failure state.
+            if (rated(r.verdict) && r.verdict != an::Verdict::Never) {
+                an::Assessment const at = an::assess(p, an::failureState(fr.res, fr.mech, r));
+                for (int e = 0; e < an::kMaxExtras && info.extras[e] != nullptr; e++)
+                    if (at.extraValid & (1u << e)) d[info.extras[e]] = at.extra[e];
+            }
+            ply[pylaminate::kCriterionNames[c.id]] = d;
+        }
+        plies.append(ply);
+    }
+    py::dict fpf;
+    for (pylaminate::CriterionChoice const& c : chosen) {
+        FailureRow row;
+        pylaminate::fillRow(rating.firstPlyFailure(c.catalogue, load), opt.fos, row);
+        fpf[pylaminate::kCriterionNames[c.id]] = failureDict(c.id, row);
+    }
+    py::dict d;
+    d["plies"] = plies;
+    d["fpf"] = fpf;
+    return d;
 }
 
 py::dict parseLibrary(std::string const& text, std::string const& where)
@@ -468,15 +632,32 @@ PYBIND11_MODULE(_laminate, m)
         }, "ndarray of float: the ply angles in degrees, layer 1 (lowest z) first.")
         .def("abd", &abd, doc::Abd)
         .def("evaluate", &evaluate, py::arg("loads"), doc::Evaluate)
-        .def("fpf", &fpf, py::arg("loads"), py::kw_only(), py::arg("criterion") = "tsaiwu", py::arg("threads") = 1,
-             doc::Fpf)
+        .def("rate", &rate, py::arg("loads"), py::kw_only(), py::arg("criteria") = py::none(),
+             py::arg("dT") = 0.0, py::arg("dM") = 0.0, py::arg("fos") = 1.0, doc::Rate)
+        .def("fpf", &fpf, py::arg("loads"), py::kw_only(), py::arg("criterion") = "tsaiwu", py::arg("dT") = 0.0,
+             py::arg("dM") = 0.0, py::arg("fos") = 1.0, py::arg("threads") = 1, doc::Fpf)
         .def("envelope", &envelope, py::kw_only(), py::arg("plane") = std::make_pair(1, 2),
-             py::arg("criterion") = "tsaiwu", py::arg("points") = 72, doc::Envelope)
+             py::arg("criterion") = "tsaiwu", py::arg("points") = 72, py::arg("dT") = 0.0, py::arg("dM") = 0.0,
+             py::arg("fos") = 1.0, doc::Envelope)
         .def("__repr__", [](Laminate const& s) {
             return "<laminate.Laminate of " + std::to_string(s.p->analysis().layers()) + " layers" +
                    (s.p->notation().empty() ? std::string() : " " + s.p->notation()) + ">";
         });
 
     m.def("_parse_library", &parseLibrary, py::arg("text"), py::arg("where"));
-    m.attr("FPF_DTYPE") = failureDtype();
+    m.attr("FPF_DTYPE") = failureDtype(false);
+    m.attr("ENVELOPE_DTYPE") = failureDtype(true);
+    auto words = [](char const* const* w) {
+        py::list l;
+        for (; *w != nullptr; w++) l.append(*w);
+        return py::tuple(l);
+    };
+    m.attr("CRITERIA") = words(pylaminate::kCriterionNames);
+    m.attr("FACES") = words(pylaminate::kFaceWords);
+    m.attr("OUTCOMES") = words(pylaminate::kOutcomeWords);
+    m.attr("VERDICTS") = words(pylaminate::kVerdictWords);
+    m.def("modes", [](std::string const& criterion) {
+        std::vector<std::string> const w = pylaminate::modeWords(pylaminate::criterionChoice(criterion).id);
+        return py::tuple(py::cast(w));
+    }, py::arg("criterion"), doc::Modes);
 }

@@ -52,6 +52,7 @@ std::shared_ptr<PreparedLaminate const> PreparedLaminate::fromRecord(std::string
 {
     std::shared_ptr<PreparedLaminate> p(new PreparedLaminate);
     p->prepare(text);
+    p->prepareRating();
     return p;
 }
 
@@ -95,7 +96,33 @@ std::shared_ptr<PreparedLaminate const> PreparedLaminate::fromPlies(std::vector<
     p->plies_ = record.plies();
     for (LayupPly const& ply : p->plies_) p->plyMaterials_.push_back(refs[ply.material]);
     p->notation_ = notation;
+    p->prepareRating();
     return p;
+}
+
+void PreparedLaminate::prepareRating()
+{
+    int const n = analysis_.layers();
+    bool const layup = static_cast<int>(plyMaterials_.size()) == n;
+    bool hasAlpha = layup, hasBeta = layup;
+    std::vector<laminate::analysis::CriterionPly> plies;
+    std::vector<double> alpha, beta;
+    for (int k = 1; k <= n; k++) {
+        LaminateAnalysis::Ply const& p = analysis_.plies()[k - 1];
+        laminate::analysis::PlySite const site = laminate::analysis::plySite(k, n);
+        if (!layup) {
+            plies.push_back(laminate::analysis::criterionPly(p.data, site));
+            continue;
+        }
+        PlyMaterial const& m = plyMaterials_[k - 1]->material;
+        plies.push_back(laminate::analysis::criterionPly(m, p.data.t, site));
+        hasAlpha = hasAlpha && m.has(PlyMaterial::alpha1) && m.has(PlyMaterial::alpha2);
+        hasBeta = hasBeta && m.has(PlyMaterial::beta1) && m.has(PlyMaterial::beta2);
+        alpha.insert(alpha.end(), {m.number(PlyMaterial::alpha1), m.number(PlyMaterial::alpha2)});
+        beta.insert(beta.end(), {m.number(PlyMaterial::beta1), m.number(PlyMaterial::beta2)});
+    }
+    rating_ = laminate::analysis::LaminateRating(analysis_, plies, hasAlpha ? alpha.data() : nullptr,
+                                                 hasBeta ? beta.data() : nullptr);
 }
 
 laminate::analysis::EngineeringConstants PreparedLaminate::engineering() const

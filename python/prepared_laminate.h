@@ -19,6 +19,7 @@
 #include "laminate/analysis/engineering_constants.h"
 #include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/analysis/laminate_analysis.h"
+#include "laminate/analysis/laminate_rating.h"
 #include "laminate/analysis/layup_record.h"
 #include "laminate/analysis/ply_material.h"
 #include "laminate/laminate/lamina1.h"
@@ -60,6 +61,8 @@ public:
 
     laminate::analysis::LaminateAnalysis const& analysis() const { return analysis_; }
     laminate::analysis::InterlaminarShear const& shear() const { return shear_; }
+    // The catalogue's criteria and the residual stresses per unit dT, dM.
+    laminate::analysis::LaminateRating const& rating() const { return rating_; }
     std::string const& record() const { return record_; }
     std::string const& notation() const { return notation_; }
     // Per layer, layer 1 first: the plies of a layup (empty for a record).
@@ -71,10 +74,15 @@ public:
 private:
     PreparedLaminate() = default;
     void prepare(std::string const& text);
+    // The catalogue's criteria, as the Tcl commands prepare them: each
+    // layer's data from its ply material for a layup, else from the record;
+    // the expansion coefficients only when every layer's material has them.
+    void prepareRating();
 
     std::unique_ptr<lamina1> lam_;
     laminate::analysis::LaminateAnalysis analysis_;
     laminate::analysis::InterlaminarShear shear_;
+    laminate::analysis::LaminateRating rating_;
     std::vector<double> specificWeight_;
     std::vector<MaterialRef> plyMaterials_;
     std::vector<laminate::analysis::LayupPly> plies_;

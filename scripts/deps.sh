@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, only those that are missing.
 # The optional ones (a headless browser for the browser test, lintian for the
-# Debian packages' check; both tests skip without them) are tried too;
+# Debian packages' check, Dask and pandas for the Python module's Dask example
+# and its dataframe form; the tests skip without them) are tried too;
 # failing to get them is only a warning.  Set LAMINATE_NO_OPTIONAL=1 not to
 # try.
 # Usage: scripts/deps.sh [--fuzz]
@@ -16,7 +17,7 @@ packages+=(groff-base man-db pkgconf dpkg-dev)
 if [ "${1:-}" = "--fuzz" ]; then
     packages+=(clang libclang-rt-14-dev llvm)
 fi
-optional=(chromium-headless-shell lintian python3-dask python3-distributed)
+optional=(chromium-headless-shell lintian python3-dask python3-distributed python3-pandas)
 [ "${LAMINATE_NO_OPTIONAL:-0}" = 1 ] && optional=()
 
 installed() {

@@ -77,20 +77,44 @@ def assert_same(py, tcl, where='result'):
         assert str(py) == tcl_word(tcl), '%s: %r != Tcl %r' % (where, py, tcl)
 
 
-def assert_failure(row, tcl, where='fpf'):
-    """One first-ply failure (a row of the structured array or a dict) against
-    the Tcl dict {factor ply face mode}: the words undefined and overflow of
-    the Tcl factor are the outcome here, with factor inf."""
+def failure_words(row, criterion):
+    """A first-ply failure as a dict of words: a row of the structured array
+    (its coded fields through the module's word tables) or a dict of rate."""
+    import laminate
+    if isinstance(row, dict):
+        return row
+    d = {k: row[k].item() for k in ('factor', 'mos', 'ply')}
+    for field in ('face', 'mode', 'outcome', 'verdict'):
+        d[field] = str(laminate.words(row, field, criterion))
+    return d
+
+
+UNRATED = ('nostrength', 'nodata', 'nonfinite', 'badparameter')
+
+
+def assert_failure(row, tcl, where='fpf', criterion='tsaiwu'):
+    """One first-ply failure (a row of the structured array or a dict)
+    against the Tcl dict {factor ply face mode ?verdict? ?mos?}.  The model's
+    words undefined and overflow of the Tcl factor are the outcome here, with
+    factor and mos inf; a catalogue verdict word in the factor is factor 0
+    and outcome undefined here."""
     items = tcl_list(tcl)
     theirs = {tcl_word(items[i]): tcl_word(items[i + 1]) for i in range(0, len(items), 2)}
-    factor, outcome = float(row['factor']), str(row['outcome'])
+    mine = failure_words(row, criterion)
+    factor, outcome = float(mine['factor']), mine['outcome']
     if theirs['factor'] in ('undefined', 'overflow'):
         assert outcome == theirs['factor'] and factor == math.inf, where
+    elif theirs['factor'] in UNRATED:
+        assert outcome == 'undefined' and factor == 0.0 and mine['verdict'] == theirs['factor'], where
     else:
         assert same_bits(factor, tcl_double(theirs['factor'])), '%s: %r != Tcl %s' % (where, factor, theirs['factor'])
         assert outcome == ('fails' if factor < math.inf else 'never'), where
-    assert int(row['ply']) == int(theirs['ply']), where
-    assert str(row['face']) == theirs['face'] and str(row['mode']) == theirs['mode'], where
+    assert mine['verdict'] == theirs.get('verdict', 'none'), where
+    if 'mos' in theirs and theirs['mos'] not in ('undefined', 'overflow') + UNRATED:
+        assert same_bits(float(mine['mos']), tcl_double(theirs['mos'])), '%s: mos %r != Tcl %s' % (
+            where, mine['mos'], theirs['mos'])
+    assert int(mine['ply']) == int(theirs['ply']), where
+    assert (mine['face'], mine['mode']) == (theirs['face'], theirs['mode']), where
 
 
 @pytest.fixture(scope='session')

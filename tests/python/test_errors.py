@@ -86,8 +86,8 @@ def test_load_and_option_errors(tcl):
             lam.fpf(bad)
         assert info.value.code == ('LAMINATE', 'LOADS', 'COUNT')
     with pytest.raises(laminate.LaminateError) as info:
-        lam.fpf(np.zeros(8), criterion='puck')
-    assert info.value.code == ('LAMINATE', 'CRITERION', 'puck')
+        lam.fpf(np.zeros(8), criterion='Puck')
+    assert info.value.code == ('LAMINATE', 'CRITERION', 'Puck')
     for kwargs, code in ((dict(plane=(1, 1)), ('LAMINATE', 'PLANE', 'INVALID')),
                          (dict(points=0), ('LAMINATE', 'OPTION', 'points'))):
         with pytest.raises(laminate.LaminateError) as info:
