@@ -182,14 +182,22 @@ LaminateAnalysis::Status LaminateAnalysis::prepareScaled(LaminateAnalysis const&
         plies_.clear();
         return status_ = NotPrepared;
     }
-    plies_ = intact.plies_;
+    // Only the in-plane stiffness of a ply differs from intact's.
+    bool const same = status_ == Ok && plies_.size() == intact.plies_.size() &&
+                      source_ == intact.source_;
+    if (!same) {
+        plies_ = intact.plies_;
+        source_ = intact.source_;
+    }
     thickness_ = intact.thickness_;
-    source_ = intact.source_;
     H_ = intact.H_;
     int const n = layers();
     for (int k = 0; k < n; k++) {
         double const* f = factors + 3 * k;
-        if (f[0] == 1.0 && f[1] == 1.0 && f[2] == 1.0) continue;
+        if (f[0] == 1.0 && f[1] == 1.0 && f[2] == 1.0) {
+            if (same) std::memcpy(plies_[k].Qbar, intact.plies_[k].Qbar, sizeof plies_[k].Qbar);
+            continue;
+        }
         PlyData const& d = plies_[k].data;
         // As calcNu21 and calcQI form them, with nu12 and nu21 scaled by the
         // factors of E1 and E2.
@@ -244,6 +252,7 @@ LaminateAnalysis::Status LaminateAnalysis::prepareScaled(LaminateAnalysis const&
     for (int i = 0; i < 6; i++)
         for (int j = 0; j < 6; j++) m[6 * i + j] = scale_[i] * K_.data[8 * i + j] * scale_[j];
     int rank = 0;
+    double inv[6];  // 1 / the pivots
     for (int k = 0; k < 6; k++) {
         int p = k;
         for (int i = k + 1; i < 6; i++)
@@ -257,7 +266,8 @@ LaminateAnalysis::Status LaminateAnalysis::prepareScaled(LaminateAnalysis const&
         }
         double const lkk = std::sqrt(m[6 * k + k]);
         L[6 * k + k] = lkk;
-        for (int i = k + 1; i < 6; i++) L[6 * i + k] = m[6 * i + k] / lkk;
+        inv[k] = 1.0 / lkk;
+        for (int i = k + 1; i < 6; i++) L[6 * i + k] = m[6 * i + k] * inv[k];
         for (int i = k + 1; i < 6; i++)
             for (int j = k + 1; j <= i; j++) {
                 m[6 * i + j] -= L[6 * i + k] * L[6 * j + k];
@@ -265,24 +275,28 @@ LaminateAnalysis::Status LaminateAnalysis::prepareScaled(LaminateAnalysis const&
             }
         rank++;
     }
-    // Column c of the (generalized) inverse: solve on the leading rank
-    // pivots, the rest of the permuted unknowns 0.
-    for (int c = 0; c < 6; c++) {
-        double y[6] = {};
-        for (int i = 0; i < rank; i++) {
-            double v = perm[i] == c ? scale_[c] : 0.0;
-            for (int j = 0; j < i; j++) v -= L[6 * i + j] * y[j];
-            y[i] = v / L[6 * i + i];
+    // W = L^-1 on the leading rank pivots (lower triangular); the
+    // (generalized) inverse of the scaled block in pivot order is W^T W,
+    // the rest of the permuted unknowns 0.
+    double W[36] = {};
+    for (int c = 0; c < rank; c++) {
+        W[6 * c + c] = inv[c];
+        for (int i = c + 1; i < rank; i++) {
+            double v = 0.0;
+            for (int j = c; j < i; j++) v -= L[6 * i + j] * W[6 * j + c];
+            W[6 * i + c] = v * inv[i];
         }
-        for (int i = rank - 1; i >= 0; i--) {
-            double v = y[i];
-            for (int j = i + 1; j < rank; j++) v -= L[6 * j + i] * y[j];
-            y[i] = v / L[6 * i + i];
-        }
-        double x[6] = {};
-        for (int i = 0; i < rank; i++) x[perm[i]] = y[i];
-        for (int r = 0; r < 6; r++) Kinv_.data[8 * r + c] = scale_[r] * x[r];
     }
+    for (int r = 0; r < 6; r++)
+        for (int c = 0; c < 6; c++) Kinv_.data[8 * r + c] = 0.0;
+    for (int a = 0; a < rank; a++)
+        for (int b = 0; b <= a; b++) {
+            double v = 0.0;
+            for (int i = a; i < rank; i++) v += W[6 * i + a] * W[6 * i + b];
+            int const r = perm[a], c = perm[b];
+            Kinv_.data[8 * r + c] = scale_[r] * v * scale_[c];
+            Kinv_.data[8 * c + r] = Kinv_.data[8 * r + c];
+        }
     rank_ = rank + 2;
     return status_ = Ok;
 }
