@@ -156,9 +156,8 @@ int laminate_lpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
     int criterion = 0;
     const char* const* names = criterionNames();
     while (names[criterion] && std::strcmp(names[criterion], "tsaiwu2d") != 0) criterion++;
-    if (opts[LPF_CRITERION] &&
-        Tcl_GetIndexFromObj(interp, opts[LPF_CRITERION], names, "criterion", TCL_EXACT, &criterion) !=
-            TCL_OK) {
+    if (opts[LPF_CRITERION] && Tcl_GetIndexFromObj(interp, opts[LPF_CRITERION], names,
+                                                   "criterion", TCL_EXACT, &criterion) != TCL_OK) {
         Tcl_SetErrorCode(interp, "LAMINATE", "CRITERION", Tcl_GetString(opts[LPF_CRITERION]),
                          static_cast<char*>(nullptr));
         return TCL_ERROR;
