@@ -4,7 +4,6 @@
 // run itself (analysis/last_ply_failure.h) works on copies it owns, outside
 // the registry lock.
 
-#include <cmath>
 #include <cstring>
 
 #include "laminate/analysis/last_ply_failure.h"
