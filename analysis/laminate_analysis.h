@@ -131,6 +131,24 @@ public:
     vantrel::Matriu const& K() const { return K_; }
     vantrel::Matriu const& Kinv() const { return Kinv_; }
 
+    // Prepares the laminate of intact with each layer's in-plane moduli
+    // scaled: factors holds 3 per layer, layer 1 first (E1, E2, G12, each in
+    // [0, 1]; nu12 is scaled with E1, so the ply stiffness stays positive).
+    // A layer whose factors are all 1 keeps intact's stiffness bit for bit;
+    // the others are transformed by the layer's own T.  A, B, D and K are
+    // assembled as prepare() assembles them; H and the transverse shear are
+    // intact's.  A stiffness that is singular (a pivot below 1e-12 of
+    // intact's diagonal, as moduli scaled by 0 give) is inverted on its
+    // range only: status Ok, Kinv() its generalized inverse, and carries()
+    // tells whether a load lies in that range.  NotPrepared when intact is
+    // not Ok.  Allocates nothing when this object was last prepared from a
+    // laminate of as many layers.
+    Status prepareScaled(LaminateAnalysis const& intact, double const* factors);
+    // True when K Kinv loads gives back loads (to 1e-8 relative, scaled by
+    // the stiffness): the laminate carries the load case.  Always true for
+    // a stiffness that is not singular.
+    bool carries(double const loads[8]) const;
+
     // The 8 generalized strains of a load case.
     void strains(double const loads[8], double g[8]) const;
     // Every layer under one load case.  out.plies is resized only when its
@@ -160,6 +178,8 @@ private:
     std::vector<double> fingerprint(lamina1 const& lam) const;
 
     Status status_;
+    int rank_ = 8;         // of K; below 8 only after prepareScaled
+    double scale_[6] = {};  // prepareScaled: 1 / sqrt of intact's diagonal of K
     std::vector<Ply> plies_;
     double thickness_;
     vantrel::Matriu A_, B_, D_, H_, K_, Kinv_;

@@ -210,6 +210,42 @@ LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const&
     return unrated.ply != 0 ? unrated : best;
 }
 
+LaminateRating::Status LaminateRating::remap(LaminateAnalysis const& an, double const* alpha,
+                                             double const* beta)
+{
+    if (an.status() != LaminateAnalysis::Ok || an.layers() != layers_ ||
+        static_cast<int>(maps_.size()) != 2 * layers_)
+        return status_ = NotPrepared;
+    if (alpha != nullptr || beta != nullptr) {
+        residual_ = ResidualStress(an, alpha, beta);
+        if (residual_.status() != ResidualStress::Ok) return status_ = Singular;
+    }
+    // As the constructor forms them, with T Qbar taken once per layer: rows
+    // 0..2 plus z times rows 3..5 of K^-1, then T Qbar.
+    double const* G = an.Kinv().data;
+    for (int k = 1; k <= layers_; k++) {
+        LaminateAnalysis::Ply const& p = an.plies()[k - 1];
+        double TQ[9];
+        for (int i = 0; i < 3; i++)
+            for (int j = 0; j < 3; j++)
+                TQ[3 * i + j] = p.T[3 * i] * p.Qbar[j] + p.T[3 * i + 1] * p.Qbar[3 + j] +
+                                p.T[3 * i + 2] * p.Qbar[6 + j];
+        double const z[2] = {p.zTop, p.zBas};
+        for (int f = 0; f < 2; f++) {
+            FaceMap& out = maps_[2 * (k - 1) + f];
+            for (int j = 0; j < 8; j++) {
+                double const e[3] = {G[0 * 8 + j] + z[f] * G[3 * 8 + j],
+                                     G[1 * 8 + j] + z[f] * G[4 * 8 + j],
+                                     G[2 * 8 + j] + z[f] * G[5 * 8 + j]};
+                double ply[3];
+                laminate_model::product<3>(TQ, e, ply);
+                for (int i = 0; i < 3; i++) out.m[i * 8 + j] = ply[i];
+            }
+        }
+    }
+    return status_ = Ok;
+}
+
 std::vector<RatedEnvelopePoint> ratedEnvelope(LaminateRating const& rating, int i, int j,
                                               int criterion, int points, double dT, double dM)
 {

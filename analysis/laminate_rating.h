@@ -96,6 +96,15 @@ public:
     LaminateRating(LaminateAnalysis const& an, std::vector<CriterionPly> const& plies,
                    double const* alpha, double const* beta);
 
+    // Follows a change of the laminate's stiffness: the face maps and the
+    // residual stresses are worked out again from an, a laminate of the same
+    // layers with other moduli (LaminateAnalysis::prepareScaled); each ply
+    // keeps its criteria as prepared.  alpha, beta as for the constructor;
+    // both null leave the residual stresses as they were (enough for load
+    // cases without dT and dM, and allocation-free).  An analysis that is not Ok or of another layer count leaves status()
+    // NotPrepared; a residual stress that cannot be formed, Singular.
+    Status remap(LaminateAnalysis const& an, double const* alpha, double const* beta);
+
     Status status() const { return status_; }
     int layers() const { return layers_; }
     ResidualStress const& residual() const { return residual_; }

@@ -22,6 +22,7 @@
 
 #include "laminate/analysis/engineering_constants.h"
 #include "laminate/analysis/envelope.h"
+#include "laminate/analysis/interlaminar_rating.h"
 #include "laminate/analysis/interlaminar_shear.h"
 #include "laminate/analysis/laminate_analysis.h"
 #include "laminate/analysis/laminate_rating.h"
@@ -72,6 +73,7 @@ struct PreparedMaterial {
     // has them (a layup of materials that give them).
     std::vector<double> alpha, beta;
     laminate::analysis::LaminateRating rating;  // the catalogue's criteria, residual stresses
+    laminate::analysis::InterlaminarRating ilss;  // the interlaminar shear rating
 
     PreparedMaterial(lamina1& lam, char const* name) : analysis(lam)
     {
@@ -109,6 +111,20 @@ private:
             alpha.insert(alpha.end(), {m.number(K::alpha1), m.number(K::alpha2)});
             beta.insert(beta.end(), {m.number(K::beta1), m.number(K::beta2)});
         }
+        // The transverse shear strengths: a layup's ply materials give them
+        // (or their defaults); a record's fields 6 and 7 hold them.
+        std::vector<double> allowables;
+        for (int k = 1; k <= n; k++) {
+            laminate_model::PlyData const& d = analysis.plies()[k - 1].data;
+            if (!layup) {
+                allowables.insert(allowables.end(), {d.S13, d.S23});
+                continue;
+            }
+            K const& m = plyMaterials[k - 1];
+            allowables.insert(allowables.end(), {m.has(K::S13) ? m.number(K::S13) : 0.0,
+                                                 m.has(K::S23) ? m.number(K::S23) : 0.0});
+        }
+        ilss = laminate::analysis::InterlaminarRating(analysis, allowables.data());
         if (!hasAlpha) alpha.clear();
         if (!hasBeta) beta.clear();
         rating = laminate::analysis::LaminateRating(analysis, plies, hasAlpha ? alpha.data() : nullptr,
@@ -699,6 +715,50 @@ Tcl_Obj* failures(PreparedMaterial const& pm, double const loads[8], Chosen cons
     return d;
 }
 
+// The interlaminar shear rating of one ply, shaped as laminate::rate's
+// other entries: {rf R mos M index I face top|bottom|middle mode ilss
+// verdict V}, R, M and I the verdict word where the ply cannot be rated.
+Tcl_Obj* ilssPlyDict(laminate::analysis::ShearRating const& r, Conditions const& cond)
+{
+    FailureWords const& w = words();
+    Tcl_Obj* d = Tcl_NewDictObj();
+    Tcl_Obj* verdict = w.verdicts[static_cast<int>(r.verdict)];
+    bool const number = rated(r.verdict);
+    Tcl_DictObjPut(nullptr, d, w.rf, number ? Tcl_NewDoubleObj(r.rf) : verdict);
+    Tcl_DictObjPut(nullptr, d, w.mos,
+                   number ? Tcl_NewDoubleObj(laminate::analysis::marginOfSafety(r.rf, cond.fos))
+                          : verdict);
+    Tcl_DictObjPut(nullptr, d, w.index, number ? Tcl_NewDoubleObj(r.index) : verdict);
+    Tcl_DictObjPut(nullptr, d, w.face,
+                   Tcl_NewStringObj(laminate::analysis::plyPointWord(r.point), -1));
+    Tcl_DictObjPut(nullptr, d, w.mode,
+                   r.verdict == laminate::analysis::Verdict::Ok ? Tcl_NewStringObj("ilss", -1)
+                                                                : w.faces[0]);
+    Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
+    return d;
+}
+
+// The laminate's first interlaminar shear failure, shaped as
+// ratedFailureDict answers, with mos.
+Tcl_Obj* ilssFailureDict(laminate::analysis::ShearRating const& r, Conditions const& cond)
+{
+    FailureWords const& w = words();
+    Tcl_Obj* d = Tcl_NewDictObj();
+    Tcl_Obj* verdict = w.verdicts[static_cast<int>(r.verdict)];
+    bool const number = rated(r.verdict);
+    Tcl_Obj* factor = number ? Tcl_NewDoubleObj(r.rf) : verdict;
+    Tcl_DictObjPut(nullptr, d, w.factor, factor);
+    Tcl_DictObjPut(nullptr, d, w.ply, Tcl_NewIntObj(r.ply));
+    Tcl_DictObjPut(nullptr, d, w.face,
+                   Tcl_NewStringObj(laminate::analysis::plyPointWord(r.point), -1));
+    Tcl_DictObjPut(nullptr, d, w.mode,
+                   r.verdict == laminate::analysis::Verdict::Ok ? Tcl_NewStringObj("ilss", -1)
+                                                                : w.faces[0]);
+    Tcl_DictObjPut(nullptr, d, w.verdict, verdict);
+    Tcl_DictObjPut(nullptr, d, w.mos, marginObj(factor, r.rf, number, cond.fos));
+    return d;
+}
+
 // The common start of laminate::fpf and laminate::batch: the word count,
 // the options, then the material and what it allows; null with an error in
 // interp when one of them is wrong.
@@ -841,6 +901,34 @@ Tcl_Obj* thermalDict(laminate::analysis::ResidualStress const& r, Conditions con
 }
 
 }  // namespace
+
+int prepared_laminate(Tcl_Interp* interp, Tcl_Obj* nameObj, double dT, double dM,
+                      PreparedLaminate& out)
+{
+    PreparedRef full;
+    Conditions cond;
+    cond.dT = dT;
+    cond.dM = dM;
+    if (material(interp, nameObj, &full) == nullptr ||
+        checkConditions(interp, nameObj, *full, cond, Chosen()) != TCL_OK)
+        return TCL_ERROR;
+    out.keep = full;
+    out.analysis = &full->analysis;
+    out.rating = &full->rating;
+    out.alpha = full->alpha.empty() ? nullptr : full->alpha.data();
+    out.beta = full->beta.empty() ? nullptr : full->beta.data();
+    return TCL_OK;
+}
+
+bool read_number(Tcl_Obj* item, double& v)
+{
+    return readNumber(item, v);
+}
+
+int read_loads(Tcl_Interp* interp, Tcl_Obj* list, double loads[8], const char* what)
+{
+    return readLoads(interp, list, loads, what);
+}
 
 void forget_prepared_analyses()
 {
@@ -1068,7 +1156,8 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
 // laminate::rate NAME LOADS ?-criteria LIST? ?-dT T? ?-dM M? ?-fos F?
 //
 // The reserve factors of every ply under the catalogue's criteria (default
-// tsaiwu2d puck maxstrain), residual stresses of dT and dM held: a dict of
+// tsaiwu2d puck maxstrain; ilss, named among them, adds the interlaminar
+// shear rating), residual stresses of dT and dM held: a dict of
 //   plies: layer 1 first, per layer a dict by criterion of the worse face's
 //     {rf R mos M index I face F mode MODE verdict V ?extra outputs?};
 //   fpf: the first-ply failure per criterion, shaped as laminate::fpf
@@ -1088,9 +1177,22 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
     if (readOptions(interp, objc, objv, 3, kRateOptions, opts) != TCL_OK ||
         readConditions(interp, opts, cond) != TCL_OK)
         return TCL_ERROR;
+    // ilss, the interlaminar shear rating, is named among the criteria but
+    // is not one of the catalogue: ilssAt is its place among those named
+    // (-1: not named).
+    int ilssAt = -1;
     if (opts[OPT_CRITERIA] != nullptr) {
-        if (readCriterionList(interp, opts[OPT_CRITERIA], "-criteria", true, chosen) != TCL_OK)
-            return TCL_ERROR;
+        int n;
+        Tcl_Obj** items;
+        if (Tcl_ListObjGetElements(nullptr, opts[OPT_CRITERIA], &n, &items) != TCL_OK || n == 0)
+            return readCriterionList(interp, opts[OPT_CRITERIA], "-criteria", true, chosen);
+        for (int i = 0; i < n; i++) {
+            if (std::strcmp(Tcl_GetString(items[i]), "ilss") == 0) {
+                if (ilssAt < 0) ilssAt = chosen.n;
+            } else if (readCriterionList(interp, items[i], "-criteria", true, chosen) != TCL_OK) {
+                return TCL_ERROR;
+            }
+        }
     } else {
         for (const char* name : kDefaultRating)
             for (int c = kModelCriteria; c < kCriterionNames; c++)
@@ -1109,7 +1211,10 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
     Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
     for (int k = 1; k <= pm->analysis.layers(); k++) {
         Tcl_Obj* ply = Tcl_NewDictObj();
-        for (int i = 0; i < chosen.n; i++) {
+        for (int i = 0; i <= chosen.n; i++) {
+            if (i == ilssAt)
+                put(ply, "ilss", ilssPlyDict(pm->ilss.ratePly(k, loads), cond));
+            if (i == chosen.n) break;
             int const c = catalogueIndex(chosen.id[i]);
             laminate::analysis::FaceRating const fr = rating.ratePly(c, k, load);
             laminate::analysis::Rating const& r = fr.rating;
@@ -1155,7 +1260,9 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
         Tcl_ListObjAppendElement(nullptr, plies, ply);
     }
     Tcl_Obj* fpf = Tcl_NewDictObj();
-    for (int i = 0; i < chosen.n; i++) {
+    for (int i = 0; i <= chosen.n; i++) {
+        if (i == ilssAt) put(fpf, "ilss", ilssFailureDict(pm->ilss.firstPlyFailure(loads), cond));
+        if (i == chosen.n) break;
         int const c = catalogueIndex(chosen.id[i]);
         Tcl_DictObjPut(nullptr, fpf, w.criterion[chosen.id[i]],
                        ratedFailureDict(c, rating.firstPlyFailure(c, load), cond, true));

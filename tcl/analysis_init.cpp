@@ -20,6 +20,7 @@ const AnalysisCommand analysis_commands[] = {
     {"batch", laminate_batch_cb},
     {"envelope", laminate_envelope_cb},
     {"rate", laminate_rate_cb},
+    {"lpf", laminate_lpf_cb},
     {"define", laminate_define_cb},
     {"material", ply_material_cb},
     {"layup", laminate_layup_cb},
