@@ -31,7 +31,7 @@ char const* const kCommands[] = {
     "laminate::define",  "laminate::abd",      "laminate::evaluate",
     "laminate::fpf",     "laminate::batch",    "laminate::envelope",
     "laminate::material", "laminate::layup",   "laminate::describe",
-    "laminate::rate"};
+    "laminate::rate",     "laminate::lpf"};
 
 // A first-ply failure factor is a number from 0 to Inf, or one of the words
 // that say why there is none; an envelope coordinate is a number (either
@@ -55,6 +55,17 @@ void checkFactor(Tcl_Obj* factor, char const* command)
         fuzz::fail("%s gave the factor \"%s\"", command, Tcl_GetString(factor));
 }
 
+// The value of key in the dict d, or null.
+Tcl_Obj* dictValue(Tcl_Obj* d, char const* key)
+{
+    Tcl_Obj* k = Tcl_NewStringObj(key, -1);
+    Tcl_Obj* v = nullptr;
+    Tcl_IncrRefCount(k);
+    Tcl_DictObjGet(nullptr, d, k, &v);
+    Tcl_DecrRefCount(k);
+    return v;
+}
+
 // fpf: {criterion {factor F ply P face FACE mode M} ...}.
 void checkFailures(Tcl_Obj* byCriterion, char const* command)
 {
@@ -64,11 +75,7 @@ void checkFailures(Tcl_Obj* byCriterion, char const* command)
     if (Tcl_DictObjFirst(nullptr, byCriterion, &search, &key, &value, &done) != TCL_OK)
         fuzz::fail("%s gave no dict: %s", command, Tcl_GetString(byCriterion));
     for (; !done; Tcl_DictObjNext(&search, &key, &value, &done)) {
-        Tcl_Obj* factorKey = Tcl_NewStringObj("factor", -1);
-        Tcl_Obj* factor = nullptr;
-        Tcl_IncrRefCount(factorKey);
-        Tcl_DictObjGet(nullptr, value, factorKey, &factor);
-        Tcl_DecrRefCount(factorKey);
+        Tcl_Obj* factor = dictValue(value, "factor");
         if (factor == nullptr) fuzz::fail("%s gave no factor: %s", command, Tcl_GetString(value));
         checkFactor(factor, command);
     }
@@ -82,14 +89,23 @@ void checkAnswer(char const* name, Tcl_Obj* result)
     Tcl_Obj** items = nullptr;
     if (std::strcmp(name, "laminate::fpf") == 0) {
         checkFailures(result, name);
-    } else if (std::strcmp(name, "laminate::evaluate") == 0) {
-        Tcl_Obj* key = Tcl_NewStringObj("fpf", -1);
-        Tcl_Obj* fpf = nullptr;
-        Tcl_IncrRefCount(key);
-        Tcl_DictObjGet(nullptr, result, key, &fpf);
-        Tcl_DecrRefCount(key);
-        if (fpf == nullptr) fuzz::fail("laminate::evaluate gave no fpf");
+    } else if (std::strcmp(name, "laminate::evaluate") == 0 || std::strcmp(name, "laminate::rate") == 0) {
+        Tcl_Obj* fpf = dictValue(result, "fpf");
+        if (fpf == nullptr) fuzz::fail("%s gave no fpf", name);
         checkFailures(fpf, name);
+    } else if (std::strcmp(name, "laminate::lpf") == 0) {
+        // {criterion C events {{factor F ...} ...} last F ...}: every
+        // factor, the last one included, is a factor.
+        Tcl_Obj* last = dictValue(result, "last");
+        Tcl_Obj* events = dictValue(result, "events");
+        if (last == nullptr || events == nullptr) fuzz::fail("laminate::lpf gave no last or events");
+        checkFactor(last, name);
+        Tcl_ListObjGetElements(nullptr, events, &n, &items);
+        for (int i = 0; i < n; i++) {
+            Tcl_Obj* factor = dictValue(items[i], "factor");
+            if (factor == nullptr) fuzz::fail("laminate::lpf gave an event without a factor");
+            checkFactor(factor, name);
+        }
     } else if (std::strcmp(name, "laminate::batch") == 0) {
         Tcl_ListObjGetElements(nullptr, result, &n, &items);
         for (int i = 0; i < n; i++) checkFailures(items[i], name);
