@@ -175,6 +175,13 @@ FaceRating LaminateRating::ratePly(int criterion, int layer, RatingLoad const& l
     return assess(p, at(bottom)).index > assess(p, at(top)).index ? bottom : top;
 }
 
+void LaminateRating::setParams(int criterion, double const* params)
+{
+    for (int k = 1; k <= layers_; k++)
+        analysis::prepare(*kCriteria[criterion], plies_[k - 1], params,
+                          prepared_[criterion * layers_ + k - 1]);
+}
+
 LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const& load) const
 {
     LaminateFailure best{Verdict::Never, kInf, 0, Face::None, -1};

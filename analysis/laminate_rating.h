@@ -124,6 +124,11 @@ public:
 
     LaminateFailure firstPlyFailure(int criterion, RatingLoad const& load) const;
 
+    // Prepares criterion again for every layer with params (its nparams
+    // values, each within its range: the caller checks them); the other
+    // criteria keep theirs.
+    void setParams(int criterion, double const* params);
+
 private:
     // Layer-axes stresses of one face per unit of each load: 3 x 8, row-major.
     struct FaceMap {

@@ -46,10 +46,10 @@ const double kLoadSnap = 1e-6;  // load values this small count as 0, as in lami
 
 // Sets the message and the -errorcode {LAMINATE a b ?c?}; returns TCL_ERROR.
 int fail(Tcl_Interp* interp, Tcl_Obj* message, const char* a, const char* b,
-         const char* c = nullptr)
+         const char* c = nullptr, const char* d = nullptr)
 {
     Tcl_SetObjResult(interp, message);
-    Tcl_SetErrorCode(interp, "LAMINATE", a, b, c, static_cast<char*>(nullptr));
+    Tcl_SetErrorCode(interp, "LAMINATE", a, b, c, c ? d : nullptr, static_cast<char*>(nullptr));
     return TCL_ERROR;
 }
 
@@ -292,7 +292,7 @@ int readCriterion(Tcl_Interp* interp, Tcl_Obj* word, int& index)
 }
 
 enum Option { OPT_CRITERION, OPT_PLANE, OPT_POINTS, OPT_CRITERIA, OPT_DT, OPT_DM, OPT_FOS,
-              OPT_COUNT };
+              OPT_PARAMS, OPT_COUNT };
 
 // The options a command takes: names for Tcl_GetIndexFromObj, and what each
 // one is.
@@ -300,16 +300,16 @@ struct OptionTable {
     const char* const* names;  // NULL-terminated
     const Option* ids;
 };
-const char* const fpf_options[] = {"-criterion", "-dT", "-dM", "-fos", nullptr};
-const Option fpf_option_ids[] = {OPT_CRITERION, OPT_DT, OPT_DM, OPT_FOS};
+const char* const fpf_options[] = {"-criterion", "-dT", "-dM", "-fos", "-params", nullptr};
+const Option fpf_option_ids[] = {OPT_CRITERION, OPT_DT, OPT_DM, OPT_FOS, OPT_PARAMS};
 const OptionTable kFpfOptions = {fpf_options, fpf_option_ids};
 const char* const envelope_options[] = {"-plane", "-criterion", "-points", "-dT",
-                                        "-dM",    "-fos",       nullptr};
-const Option envelope_option_ids[] = {OPT_PLANE, OPT_CRITERION, OPT_POINTS,
-                                      OPT_DT,    OPT_DM,        OPT_FOS};
+                                        "-dM",    "-fos",       "-params", nullptr};
+const Option envelope_option_ids[] = {OPT_PLANE, OPT_CRITERION, OPT_POINTS, OPT_DT,
+                                      OPT_DM,    OPT_FOS,       OPT_PARAMS};
 const OptionTable kEnvelopeOptions = {envelope_options, envelope_option_ids};
-const char* const rate_options[] = {"-criteria", "-dT", "-dM", "-fos", nullptr};
-const Option rate_option_ids[] = {OPT_CRITERIA, OPT_DT, OPT_DM, OPT_FOS};
+const char* const rate_options[] = {"-criteria", "-dT", "-dM", "-fos", "-params", nullptr};
+const Option rate_option_ids[] = {OPT_CRITERIA, OPT_DT, OPT_DM, OPT_FOS, OPT_PARAMS};
 const OptionTable kRateOptions = {rate_options, rate_option_ids};
 const char* const evaluate_options[] = {"-dT", "-dM", nullptr};
 const Option evaluate_option_ids[] = {OPT_DT, OPT_DM};
@@ -389,14 +389,22 @@ int readCriteria(Tcl_Interp* interp, Tcl_Obj* value, Chosen& out)
     return TCL_OK;
 }
 
-// The thermal and moisture changes of a load case and the factor of safety.
+// The thermal and moisture changes of a load case, the factor of safety
+// and the criteria's parameters.
 struct Conditions {
     double dT = 0.0, dM = 0.0;
     double fos = 1.0;
     bool fosGiven = false;
     bool changeGiven = false;  // -dT or -dM was given (even as 0)
+    Tcl_Obj* params = nullptr;  // -params, read by checkConditions
+    // The catalogue's criteria prepared with -params, when given.
+    std::shared_ptr<laminate::analysis::LaminateRating> tuned;
 
     bool residual() const { return dT != 0.0 || dM != 0.0; }
+    laminate::analysis::LaminateRating const& rating(PreparedMaterial const& pm) const
+    {
+        return tuned ? *tuned : pm.rating;
+    }
 };
 
 int readConditions(Tcl_Interp* interp, Tcl_Obj* const values[OPT_COUNT], Conditions& out)
@@ -418,15 +426,83 @@ int readConditions(Tcl_Interp* interp, Tcl_Obj* const values[OPT_COUNT], Conditi
             return fail(interp, msg, "OPTION", f.name);
         }
     }
+    out.params = values[OPT_PARAMS];
     out.fosGiven = values[OPT_FOS] != nullptr;
     out.changeGiven = values[OPT_DT] != nullptr || values[OPT_DM] != nullptr;
+    return TCL_OK;
+}
+
+// -params {CRITERION {NAME VALUE ...} ...}: the parameters of criteria of
+// the catalogue (Puck's weakening, the published Tsai-Wu's F12*), each from
+// its default; cond.tuned becomes the laminate's criteria prepared with them.
+int readParams(Tcl_Interp* interp, PreparedMaterial const& pm, Conditions& cond)
+{
+    using laminate::analysis::CriterionInfo;
+    Tcl_Obj* value = cond.params;
+    int n;
+    Tcl_Obj** items;
+    if (Tcl_ListObjGetElements(nullptr, value, &n, &items) != TCL_OK || n % 2 != 0) {
+        Tcl_Obj* msg = Tcl_ObjPrintf(
+            "-params: expected a dict of criteria and their {name value ...}, got \"%s\"",
+            Tcl_GetString(value));
+        return fail(interp, msg, "PARAMS", "SHAPE");
+    }
+    auto tuned = std::make_shared<laminate::analysis::LaminateRating>(pm.rating);
+    for (int i = 0; i < n; i += 2) {
+        char const* cname = Tcl_GetString(items[i]);
+        CriterionInfo const* info = laminate::analysis::findCriterion(cname);
+        if (info == nullptr || info->nparams == 0) {
+            std::string known;
+            for (int c = 0; laminate::analysis::kCriteria[c] != nullptr; c++)
+                if (laminate::analysis::kCriteria[c]->nparams > 0)
+                    known += std::string(known.empty() ? "" : ", ") + laminate::analysis::kCriteria[c]->name;
+            Tcl_Obj* msg = Tcl_ObjPrintf("-params: \"%s\" is not a criterion with parameters (%s)",
+                                         cname, known.c_str());
+            return fail(interp, msg, "PARAMS", "CRITERION", cname);
+        }
+        int c = 0;
+        while (laminate::analysis::kCriteria[c] != info) c++;
+        double params[laminate::analysis::kMaxCriterionParams];
+        laminate::analysis::defaultParams(*info, params);
+        int m;
+        Tcl_Obj** pairs;
+        if (Tcl_ListObjGetElements(nullptr, items[i + 1], &m, &pairs) != TCL_OK || m % 2 != 0) {
+            Tcl_Obj* msg = Tcl_ObjPrintf("-params: %s: expected {name value ...}, got \"%s\"",
+                                         cname, Tcl_GetString(items[i + 1]));
+            return fail(interp, msg, "PARAMS", "SHAPE");
+        }
+        for (int j = 0; j < m; j += 2) {
+            char const* pname = Tcl_GetString(pairs[j]);
+            int at = -1;
+            for (int q = 0; q < info->nparams; q++)
+                if (std::strcmp(info->params[q].name, pname) == 0) at = q;
+            if (at < 0) {
+                std::string known;
+                for (int q = 0; q < info->nparams; q++)
+                    known += std::string(q ? ", " : "") + info->params[q].name;
+                Tcl_Obj* msg = Tcl_ObjPrintf("-params: %s has no parameter \"%s\" (%s)", cname,
+                                             pname, known.c_str());
+                return fail(interp, msg, "PARAMS", "NAME", cname, pname);
+            }
+            laminate::analysis::CriterionParam const& p = info->params[at];
+            double v;
+            if (!readNumber(pairs[j + 1], v) || v < p.min || v > p.max) {
+                Tcl_Obj* msg = Tcl_ObjPrintf("-params: %s %s: expected a number from %g to %g, got \"%s\"",
+                                             cname, pname, p.min, p.max, Tcl_GetString(pairs[j + 1]));
+                return fail(interp, msg, "PARAMS", "VALUE", cname, pname);
+            }
+            params[at] = v;
+        }
+        tuned->setParams(c, params);
+    }
+    cond.tuned = std::move(tuned);
     return TCL_OK;
 }
 
 // A temperature or moisture change needs every layer's coefficients, and
 // the catalogue's criteria: the model's indices hold no residual stresses.
 int checkConditions(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedMaterial const& pm,
-                    Conditions const& cond, Chosen const& chosen)
+                    Conditions& cond, Chosen const& chosen)
 {
     const char* name = Tcl_GetString(nameObj);
     laminate::analysis::ResidualStress const& r = pm.rating.residual();
@@ -444,6 +520,7 @@ int checkConditions(Tcl_Interp* interp, Tcl_Obj* nameObj, PreparedMaterial const
             name);
         return fail(interp, msg, "THERMAL", "NOBETA", name);
     }
+    if (cond.params != nullptr && readParams(interp, pm, cond) != TCL_OK) return TCL_ERROR;
     if (!cond.residual()) return TCL_OK;
     for (int i = 0; i < chosen.n; i++) {
         if (chosen.id[i] >= kModelCriteria) continue;
@@ -708,7 +785,7 @@ Tcl_Obj* failures(PreparedMaterial const& pm, double const loads[8], Chosen cons
             value = failureDict(id, pm.analysis.firstPlyFailure(loads, criteria_in_order[id]), cond);
         } else {
             int const c = catalogueIndex(id);
-            value = ratedFailureDict(c, pm.rating.firstPlyFailure(c, load), cond, cond.fosGiven);
+            value = ratedFailureDict(c, cond.rating(pm).firstPlyFailure(c, load), cond, cond.fosGiven);
         }
         Tcl_DictObjPut(nullptr, d, words().criterion[id], value);
     }
@@ -1015,7 +1092,7 @@ int laminate_evaluate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
     return TCL_OK;
 }
 
-// laminate::fpf NAME LOADS ?-criterion LIST? ?-dT T? ?-dM M? ?-fos F?
+// laminate::fpf NAME LOADS ?-criterion LIST? ?-dT T? ?-dM M? ?-fos F? ?-params P?
 //
 // The first-ply failure of one load case: a dict by criterion of dicts
 // {factor F ply P face top|bottom|none mode M}; a catalogue criterion adds
@@ -1025,7 +1102,7 @@ int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
     Chosen chosen;
     Conditions cond;
     PreparedRef pm = criterionCommand(
-        interp, objc, objv, "name loads ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f?", chosen,
+        interp, objc, objv, "name loads ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f? ?-params p?", chosen,
         cond);
     double loads[8];
     if (pm == nullptr || readLoads(interp, objv[2], loads, "loads") != TCL_OK) return TCL_ERROR;
@@ -1034,6 +1111,7 @@ int laminate_fpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 }
 
 // laminate::batch NAME CASES ?-criterion LIST? ?-dT T? ?-dM M? ?-fos F?
+//     ?-params P?
 //
 // The first-ply failure of every load case of CASES, in order, each under
 // the same dT and dM: a list of dicts shaped as laminate::fpf answers.  A
@@ -1043,7 +1121,7 @@ int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
     Chosen chosen;
     Conditions cond;
     PreparedRef pm = criterionCommand(
-        interp, objc, objv, "name cases ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f?", chosen,
+        interp, objc, objv, "name cases ?-criterion criteria? ?-dT t? ?-dM m? ?-fos f? ?-params p?", chosen,
         cond);
     if (pm == nullptr) return TCL_ERROR;
     int n;
@@ -1068,7 +1146,7 @@ int laminate_batch_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const o
 }
 
 // laminate::envelope NAME -plane {I J} ?-criterion C? ?-points N? ?-dT T?
-//     ?-dM M? ?-fos F?
+//     ?-dM M? ?-fos F? ?-params P?
 //
 // N points {x y} of the first-ply-failure envelope (default 72) in the
 // plane of load components I and J (1..8), on rays through the origin from
@@ -1080,7 +1158,7 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
     if (objc < 4 || objc % 2 != 0) {
         Tcl_WrongNumArgs(interp, 1, objv,
                          "name -plane {i j} ?-criterion criterion? ?-points n? ?-dT t? ?-dM m? "
-                         "?-fos f?");
+                         "?-fos f? ?-params p?");
         return TCL_ERROR;
     }
     Tcl_Obj* opts[OPT_COUNT];
@@ -1140,7 +1218,7 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
         }
     } else {
         std::vector<laminate::analysis::RatedEnvelopePoint> const pts =
-            laminate::analysis::ratedEnvelope(pm->rating, plane[0], plane[1], catalogueIndex(criterion),
+            laminate::analysis::ratedEnvelope(cond.rating(*pm), plane[0], plane[1], catalogueIndex(criterion),
                                     points, cond.dT, cond.dM);
         for (laminate::analysis::RatedEnvelopePoint const& p : pts) {
             if (rated(p.failure.verdict))
@@ -1153,7 +1231,7 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
     return TCL_OK;
 }
 
-// laminate::rate NAME LOADS ?-criteria LIST? ?-dT T? ?-dM M? ?-fos F?
+// laminate::rate NAME LOADS ?-criteria LIST? ?-dT T? ?-dM M? ?-fos F? ?-params P?
 //
 // The reserve factors of every ply under the catalogue's criteria (default
 // tsaiwu2d puck maxstrain; ilss, named among them, adds the interlaminar
@@ -1168,7 +1246,7 @@ int laminate_envelope_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* cons
 int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const objv[])
 {
     if (objc < 3 || objc % 2 == 0) {
-        Tcl_WrongNumArgs(interp, 1, objv, "name loads ?-criteria list? ?-dT t? ?-dM m? ?-fos f?");
+        Tcl_WrongNumArgs(interp, 1, objv, "name loads ?-criteria list? ?-dT t? ?-dM m? ?-fos f? ?-params p?");
         return TCL_ERROR;
     }
     Tcl_Obj* opts[OPT_COUNT];
@@ -1206,7 +1284,7 @@ int laminate_rate_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const ob
         return TCL_ERROR;
 
     FailureWords const& w = words();
-    laminate::analysis::LaminateRating const& rating = pm->rating;
+    laminate::analysis::LaminateRating const& rating = cond.rating(*pm);
     laminate::analysis::RatingLoad const load{loads, cond.dT, cond.dM};
     Tcl_Obj* plies = Tcl_NewListObj(0, nullptr);
     for (int k = 1; k <= pm->analysis.layers(); k++) {
