@@ -24,7 +24,7 @@ CriterionInfo const* const kCriteria[] = {&kMaxStress, &kMaxStrain, &kTsaiHill,
 namespace {
 
 char const* const kVerdictWords[] = {"ok",     "never",     "residual",    "nostrength",
-                                     "nodata", "nonfinite", "badparameter"};
+                                     "nodata", "nonfinite", "badparameter", "unassessed"};
 
 // Stresses beyond this magnitude would overflow when squared: they count as
 // not finite.

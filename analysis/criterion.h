@@ -93,8 +93,9 @@ struct CriterionPly {
 // nostrength: a strength the criterion needs is not given; nodata: another
 // value it needs is missing or out of its range; nonfinite: a stress is not
 // finite (or beyond 1e100 in magnitude); badparameter: a criterion parameter
-// is out of its range.
-enum class Verdict { Ok, Never, Residual, NoStrength, NoData, NonFinite, BadParameter };
+// is out of its range; unassessed: the ply is not to be assessed (failure
+// flag 0: a core, a filler), so it never fails and is never refused.
+enum class Verdict { Ok, Never, Residual, NoStrength, NoData, NonFinite, BadParameter, Unassessed };
 char const* verdictWord(Verdict v);
 
 const int kMaxExtras = 2;

@@ -100,10 +100,9 @@ LaminateRating::LaminateRating(LaminateAnalysis const& an, std::vector<Criterion
     plies_ = plies;
     int const nc = criterionCount();
     prepared_.resize(static_cast<size_t>(nc) * layers_);
-    for (int c = 0; c < nc; c++)
-        for (int k = 1; k <= layers_; k++)
-            analysis::prepare(*kCriteria[c], plies_[k - 1], nullptr,
-                              prepared_[c * layers_ + k - 1]);
+    assessed_.resize(layers_);
+    for (int k = 1; k <= layers_; k++) assessed_[k - 1] = an.plies()[k - 1].data.flag != 0;
+    for (int c = 0; c < nc; c++) setParams(c, nullptr);
 
     // The mechanical strains at height z are rows 0..2 plus z times rows
     // 3..5 of K^-1 applied to the loads; Qbar and T then give the layer-axes
@@ -150,6 +149,7 @@ FaceRating LaminateRating::rateFace(int criterion, int layer, Face face,
     PreparedCriterion const& p = prepared(criterion, layer);
     if (p.status != Verdict::Ok) {
         out.rating.verdict = p.status;
+        if (p.status == Verdict::Unassessed) out.rating.rf = kInf;
         return out;
     }
     out.face = face;
@@ -177,9 +177,11 @@ FaceRating LaminateRating::ratePly(int criterion, int layer, RatingLoad const& l
 
 void LaminateRating::setParams(int criterion, double const* params)
 {
-    for (int k = 1; k <= layers_; k++)
-        analysis::prepare(*kCriteria[criterion], plies_[k - 1], params,
-                          prepared_[criterion * layers_ + k - 1]);
+    for (int k = 1; k <= layers_; k++) {
+        PreparedCriterion& p = prepared_[criterion * layers_ + k - 1];
+        analysis::prepare(*kCriteria[criterion], plies_[k - 1], params, p);
+        if (!assessed_[k - 1]) p.status = Verdict::Unassessed;
+    }
 }
 
 LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const& load) const
@@ -191,7 +193,8 @@ LaminateFailure LaminateRating::firstPlyFailure(int criterion, RatingLoad const&
     for (int k = 1; k <= layers_; k++) {
         PreparedCriterion const& p = prepared(criterion, k);
         if (p.status != Verdict::Ok) {
-            if (unrated.ply == 0) unrated = LaminateFailure{p.status, 0.0, k, Face::None, -1};
+            if (unrated.ply == 0 && p.status != Verdict::Unassessed)
+                unrated = LaminateFailure{p.status, 0.0, k, Face::None, -1};
             continue;
         }
         for (Face face : {Face::Top, Face::Bottom}) {

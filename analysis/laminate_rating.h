@@ -139,6 +139,7 @@ private:
     int layers_ = 0;
     std::vector<CriterionPly> plies_;
     std::vector<PreparedCriterion> prepared_;  // criterion-major
+    std::vector<unsigned char> assessed_;      // per layer: its failure flag is not 0
     std::vector<FaceMap> maps_;                // layer 1 top, layer 1 bottom, ...
     ResidualStress residual_;
 };

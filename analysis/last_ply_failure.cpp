@@ -137,6 +137,10 @@ void LastPlyFailure::run(int criterion, RatingLoad const& load, LpfResult& out)
                 continue;
             }
             r = ratePly(*rating, criterion, k, load);
+            if (r.rating.verdict == Verdict::Unassessed) {
+                r = PlyRating{Rating{Verdict::Never, kInf, -1}, Face::None};
+                continue;
+            }
             if (!rated(r.rating.verdict)) {
                 out.end = LpfResult::End::Unrated;
                 out.last = 0.0;
@@ -177,8 +181,12 @@ void LastPlyFailure::run(int criterion, RatingLoad const& load, LpfResult& out)
         }
         out.last = factor;
 
+        // Plies that are not assessed (a core) never break: the run ends
+        // when every other one has.
         bool broken = true;
-        for (unsigned char s : state_) broken = broken && (s & Broken);
+        for (int k = 1; k <= layers_; k++)
+            broken = broken && ((state_[k - 1] & Broken) ||
+                                intactRating_->prepared(criterion, k).status == Verdict::Unassessed);
         if (broken) {
             out.end = LpfResult::End::Broken;
             return;

@@ -23,7 +23,7 @@ char const* const kCriterionNames[] = {"tsaiwu",   "hashin",   "larc04",  "maxst
 char const* const kFaceWords[] = {"none", "top", "bottom", nullptr};
 char const* const kOutcomeWords[] = {"fails", "never", "undefined", "overflow", nullptr};
 char const* const kVerdictWords[] = {"none",     "ok",     "never",     "residual", "nostrength",
-                                     "nodata", "nonfinite", "badparameter", nullptr};
+                                     "nodata", "nonfinite", "badparameter", "unassessed", nullptr};
 
 namespace {
 

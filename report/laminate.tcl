@@ -236,6 +236,8 @@ proc ::laminate::report::rate {info loads args} {
         foreach c $criteria {
             if {![dict exists $ply $c]} continue
             set r [dict get $ply $c]
+            # A core or filler (assess 0) is not rated: its row stays empty.
+            if {[dict get $r verdict] eq "unassessed"} continue
             lappend factors [list $k $c [dict get $r rf] [dict get $r mode] \
                 [dict get $r face] [dict get $r verdict] [dict get $r mos]]
         }

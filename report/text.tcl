@@ -241,6 +241,7 @@ proc ::laminate::report::wordNotes {factors} {
         nodata "nodata: another value the criterion needs is missing or out of its range"
         nonfinite "nonfinite: a stress is not finite or beyond 1e100"
         badparameter "badparameter: a criterion parameter is out of its range"
+        unassessed "unassessed: the ply is not assessed (a core or filler)"
     }
     set notes {}
     foreach f $factors {

@@ -622,7 +622,7 @@ Tcl_Obj* plyDict(LaminateAnalysis const& an, int layer, PlyResult const& r)
 // The words of a first-ply failure and a rating, made once per thread and
 // shared by every answer: a batch of many cases builds only the numbers.
 const int kMaxModes = 8;
-const int kVerdicts = 7;
+const int kVerdicts = 8;
 struct FailureWords {
     Tcl_Obj* factor;
     Tcl_Obj* ply;
