@@ -980,18 +980,20 @@ Tcl_Obj* thermalDict(laminate::analysis::ResidualStress const& r, Conditions con
 }  // namespace
 
 int prepared_laminate(Tcl_Interp* interp, Tcl_Obj* nameObj, double dT, double dM,
-                      PreparedLaminate& out)
+                      PreparedLaminate& out, Tcl_Obj* params)
 {
     PreparedRef full;
     Conditions cond;
     cond.dT = dT;
     cond.dM = dM;
+    cond.params = params;
     if (material(interp, nameObj, &full) == nullptr ||
         checkConditions(interp, nameObj, *full, cond, Chosen()) != TCL_OK)
         return TCL_ERROR;
     out.keep = full;
     out.analysis = &full->analysis;
-    out.rating = &full->rating;
+    out.tuned = cond.tuned;
+    out.rating = &cond.rating(*full);
     out.alpha = full->alpha.empty() ? nullptr : full->alpha.data();
     out.beta = full->beta.empty() ? nullptr : full->beta.data();
     return TCL_OK;

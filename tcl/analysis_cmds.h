@@ -32,15 +32,18 @@ struct PreparedLaminate {
     std::shared_ptr<void const> keep;
     laminate::analysis::LaminateAnalysis const* analysis = nullptr;
     laminate::analysis::LaminateRating const* rating = nullptr;
+    std::shared_ptr<laminate::analysis::LaminateRating const> tuned;  // rating, with params
     double const* alpha = nullptr;
     double const* beta = nullptr;
 };
 
 // Looks the material named by nameObj up as the other commands do and
-// checks that it has the coefficients a change dT, dM needs; TCL_ERROR with
-// the message and -errorcode of those commands otherwise.
+// checks that it has the coefficients a change dT, dM needs; with params
+// (the value of -params, or null) the rating has those criteria's
+// parameters.  TCL_ERROR with the message and -errorcode of those commands
+// otherwise.
 int prepared_laminate(Tcl_Interp* interp, Tcl_Obj* nameObj, double dT, double dM,
-                      PreparedLaminate& out);
+                      PreparedLaminate& out, Tcl_Obj* params = nullptr);
 
 // Reads a finite number as the load values and options are read; false
 // when item is not one.

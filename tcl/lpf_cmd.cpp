@@ -23,8 +23,9 @@ int fail(Tcl_Interp* interp, Tcl_Obj* message, const char* a, const char* b,
     return TCL_ERROR;
 }
 
-const char* const lpf_options[] = {"-criterion", "-dT", "-dM", "-degradation", "-fos", nullptr};
-enum LpfOption { LPF_CRITERION, LPF_DT, LPF_DM, LPF_DEGRADATION, LPF_FOS, LPF_COUNT };
+const char* const lpf_options[] = {"-criterion", "-dT",    "-dM",     "-degradation",
+                                   "-fos",       "-params", nullptr};
+enum LpfOption { LPF_CRITERION, LPF_DT, LPF_DM, LPF_DEGRADATION, LPF_FOS, LPF_PARAMS, LPF_COUNT };
 
 // The catalogue's criteria by name, in its order; NULL-terminated.  Only
 // pointers to the catalogue's own words: the same in every thread.
@@ -125,7 +126,7 @@ const char* const end_words[] = {"unloaded", "broken", "singular", "carried"};
 }  // namespace
 
 // laminate::lpf NAME LOADS ?-criterion C? ?-dT T? ?-dM M? ?-degradation D?
-//     ?-fos F?
+//     ?-fos F? ?-params P?
 //
 // The last-ply failure of one load case under a criterion of the catalogue
 // (default tsaiwu2d), residual stresses of dT and dM held: a dict
@@ -139,10 +140,11 @@ int laminate_lpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
 {
     if (objc < 3 || objc % 2 == 0) {
         Tcl_WrongNumArgs(interp, 1, objv,
-                         "name loads ?-criterion c? ?-dT t? ?-dM m? ?-degradation d? ?-fos f?");
+                         "name loads ?-criterion c? ?-dT t? ?-dM m? ?-degradation d? ?-fos f? "
+                         "?-params p?");
         return TCL_ERROR;
     }
-    Tcl_Obj* opts[LPF_COUNT] = {nullptr, nullptr, nullptr, nullptr, nullptr};
+    Tcl_Obj* opts[LPF_COUNT] = {};
     for (int i = 3; i < objc; i += 2) {
         int index;
         if (Tcl_GetIndexFromObj(interp, objv[i], lpf_options, "option", 0, &index) != TCL_OK) {
@@ -182,7 +184,7 @@ int laminate_lpf_cb(ClientData, Tcl_Interp* interp, int objc, Tcl_Obj* const obj
         return TCL_ERROR;
     PreparedLaminate pm;
     double loads[8];
-    if (prepared_laminate(interp, objv[1], dT, dM, pm) != TCL_OK ||
+    if (prepared_laminate(interp, objv[1], dT, dM, pm, opts[LPF_PARAMS]) != TCL_OK ||
         read_loads(interp, objv[2], loads, "loads") != TCL_OK)
         return TCL_ERROR;
 
