@@ -273,6 +273,62 @@ LoadsError
     Not 8 finite numbers.
 )";
 
+char const* const Lpf = R"(Last-ply failure: the load followed upward through the failures of the plies.
+
+Each failed ply is degraded and the laminate solved again, until it carries
+no more: a fibre mode breaks a ply (E1, E2, G12 scaled), any other mode
+cracks it (E2, G12 scaled; then only a fibre mode counts for it).  Plies
+within 1e-9 (relative) of the smallest reserve factor fail together, one
+event each.  The same numbers as the Tcl command laminate::lpf.
+
+Parameters
+----------
+loads : array_like, shape (8,)
+    N1 N2 N12 M1 M2 M12 Q1 Q2.
+criterion : str, default 'tsaiwu2d'
+    A criterion of the catalogue (not the model's tsaiwu, hashin, larc04).
+dT, dM : float, default 0
+    Temperature and moisture change, residual stresses held.
+degradation : dict, optional
+    The factors on a failed ply's moduli, by mode: ``{'fibre': F, 'matrix':
+    M}`` (every modulus the mode scales), or by modulus, ``{'fibre': {'E1':
+    a, 'E2': b, 'G12': c}, 'matrix': {'E2': d, 'G12': e}}``; what is left
+    out stays 1e-6.  Fibre E1 and every matrix factor lie in [0, 1), fibre
+    E2 and G12 in [0, 1] (1 keeps the modulus).
+fos : float, optional
+    Factor of safety: adds ``mos`` (factor / fos - 1) to the answer and to
+    every event.
+
+Returns
+-------
+dict
+    ``criterion``; ``events``: a list in load order of dicts ``factor``,
+    ``ply`` (layer, from 1), ``face`` ('top' or 'bottom'), ``mode`` (the
+    criterion's mode word), ``strains`` (ndarray (8,), the generalized
+    strains at the factor, from the stiffness just before the event) and
+    ``mos`` with fos; ``last``: the factor of the last event (``inf`` when
+    nothing fails, or nothing fails any further); ``end``: why the run ended,
+    'unloaded' (no event), 'broken' (every ply broken), 'singular' (the
+    stiffness left no longer carries the loads), 'carried', or the verdict
+    word of a ply that cannot be rated ('nostrength', 'nodata', 'nonfinite',
+    'badparameter'; then ``last`` is 0); ``mos`` with fos.  Never NaN.
+
+Raises
+------
+LaminateError
+    An unknown or model criterion (``('LAMINATE', 'CRITERION', name)``), a
+    bad option, a bad degradation (``('LAMINATE', 'DEGRADATION', rule,
+    ...)``, rule SHAPE, MODE, MODULUS or FACTOR), dT or dM without the
+    coefficients.
+LoadsError
+    Not 8 finite numbers.
+
+Examples
+--------
+>>> r = lam.lpf([100, 0, 0, 0, 0, 0, 0, 0], degradation={'matrix': 0.2})  # doctest: +SKIP
+>>> [(e['factor'], e['ply'], e['mode']) for e in r['events']], r['end']  # doctest: +SKIP
+)";
+
 char const* const Modes = R"(The mode words of a criterion, by code: 'none' first.
 
 Parameters

@@ -16,6 +16,7 @@
 #include "errors.h"
 #include "fpf_batch.h"
 #include "laminate/analysis/envelope.h"
+#include "laminate/analysis/last_ply_failure.h"
 #include "laminate/analysis/layup_notation.h"
 #include "laminate/analysis/material_library.h"
 #include "prepared_laminate.h"
@@ -558,6 +559,151 @@ py::dict rate(Laminate const& self, Loads loads, py::handle criteria, py::handle
     return d;
 }
 
+// ---- last-ply failure --------------------------------------------------------
+
+// A criterion of the catalogue by name, with the message and code Tcl gives
+// for one that laminate::lpf does not take (the model's three included).
+int catalogueCriterion(std::string const& word)
+{
+    namespace an = laminate::analysis;
+    std::string all;
+    for (int c = 0; an::kCriteria[c] != nullptr; c++) {
+        if (word == an::kCriteria[c]->name) return c;
+        all += std::string(c == 0 ? "" : an::kCriteria[c + 1] == nullptr ? ", or " : ", ") + an::kCriteria[c]->name;
+    }
+    throw Error(ErrorKind::Laminate, "bad criterion \"" + word + "\": must be " + all, {"CRITERION", word});
+}
+
+char const* const kDegradationModes[] = {"fibre", "matrix"};
+char const* const kDegradationModuli[] = {"E1", "E2", "G12"};
+
+double* degradationFactor(laminate::analysis::Degradation& d, int mode, int modulus)
+{
+    double* const fibre[] = {&d.fibreE1, &d.fibreE2, &d.fibreG12};
+    double* const matrix[] = {nullptr, &d.matrixE2, &d.matrixG12};
+    return mode == 0 ? fibre[modulus] : matrix[modulus];
+}
+
+// A factor as given: a finite number, not a bool; false otherwise.
+bool factorValue(py::handle value, double& v)
+{
+    if (py::isinstance<py::bool_>(value)) return false;
+    try {
+        v = py::cast<double>(value);
+    } catch (py::cast_error const&) {
+        return false;
+    }
+    return std::isfinite(v);
+}
+
+[[noreturn]] void badFactor(int mode, int modulus, py::handle value)
+{
+    bool const keepable = mode == 0 && modulus > 0;
+    throw Error(ErrorKind::Laminate,
+                std::string("degradation: the ") + kDegradationModes[mode] + " factor of " +
+                    kDegradationModuli[modulus] + " must be a number from 0 to " + (keepable ? "1" : "below 1") +
+                    ", got \"" + py::str(value).cast<std::string>() + "\"",
+                {"DEGRADATION", "FACTOR"});
+}
+
+// degradation as laminate::lpf's -degradation reads it, from a dict: a mode
+// to one factor for every modulus it scales, or to a dict of factors by
+// modulus; whatever is left out keeps its default.
+laminate::analysis::Degradation degradationOption(py::handle value)
+{
+    laminate::analysis::Degradation d;
+    if (value.is_none()) return d;
+    if (!py::isinstance<py::dict>(value))
+        throw Error(ErrorKind::Laminate,
+                    "degradation: expected a dict {'fibre': F, 'matrix': M} or {'fibre': {'E1': F, 'E2': F, "
+                    "'G12': F}, 'matrix': {'E2': F, 'G12': F}}, got \"" +
+                        pylaminate::shown(py::str(value).cast<std::string>()) + "\"",
+                    {"DEGRADATION", "SHAPE"});
+    for (auto item : py::reinterpret_borrow<py::dict>(value)) {
+        std::string const key = py::str(item.first).cast<std::string>();
+        int const mode = key == "fibre" ? 0 : key == "matrix" ? 1 : -1;
+        if (mode < 0)
+            throw Error(ErrorKind::Laminate, "bad failure mode \"" + key + "\": must be fibre or matrix",
+                        {"DEGRADATION", "MODE", key});
+        double v;
+        if (factorValue(item.second, v)) {
+            for (int m = 0; m < 3; m++)
+                if (double* f = degradationFactor(d, mode, m)) *f = v;
+            if (!d.valid()) badFactor(mode, mode == 0 ? 0 : 1, item.second);
+            continue;
+        }
+        if (!py::isinstance<py::dict>(item.second) || py::len(item.second) == 0)
+            throw Error(ErrorKind::Laminate,
+                        "degradation: " + key + " expects a factor or a dict of factors by modulus, got \"" +
+                            pylaminate::shown(py::str(item.second).cast<std::string>()) + "\"",
+                        {"DEGRADATION", "SHAPE"});
+        for (auto pair : py::reinterpret_borrow<py::dict>(item.second)) {
+            std::string const name = py::str(pair.first).cast<std::string>();
+            int modulus = 0;
+            while (modulus < 3 && name != kDegradationModuli[modulus]) modulus++;
+            if (modulus == 3 || degradationFactor(d, mode, modulus) == nullptr)
+                throw Error(ErrorKind::Laminate,
+                            "degradation: " + key + " failure scales " +
+                                (mode == 0 ? "E1, E2 and G12" : "E2 and G12") + ", not \"" + name + "\"",
+                            {"DEGRADATION", "MODULUS", name});
+            double* f = degradationFactor(d, mode, modulus);
+            double const old = *f;
+            if (!factorValue(pair.second, *f) || !d.valid()) {
+                *f = old;
+                badFactor(mode, modulus, pair.second);
+            }
+        }
+    }
+    return d;
+}
+
+py::dict lpf(Laminate const& self, Loads loads, std::string const& criterionWord, py::handle dT, py::handle dM,
+             py::handle degradation, py::handle fos)
+{
+    namespace an = laminate::analysis;
+    int const criterion = catalogueCriterion(criterionWord);
+    bool const withMargin = !fos.is_none();
+    py::object const fosValue = withMargin ? py::reinterpret_borrow<py::object>(fos) : py::float_(1.0);
+    // The options in laminate::lpf's order: the numbers, the degradation,
+    // then what the laminate must have for dT and dM, then the loads.
+    conditionValue(dT, "dT"), conditionValue(dM, "dM"), conditionValue(fosValue, "fos");
+    an::Degradation const rule = degradationOption(degradation);
+    pylaminate::BatchOptions const opt = conditions(*self.p, {}, dT, dM, fosValue);
+    double l[8];
+    oneCase(loads, l);
+    std::shared_ptr<PreparedLaminate const> keep = self.p;
+    an::LpfResult r;
+    {
+        py::gil_scoped_release release;
+        an::LastPlyFailure run(keep->analysis(), keep->rating(), keep->alpha(), keep->beta(), rule);
+        run.run(criterion, an::RatingLoad{l, opt.dT, opt.dM}, r);
+    }
+    an::CriterionInfo const& info = *an::kCriteria[criterion];
+    py::list events;
+    for (an::LpfEvent const& e : r.events) {
+        py::dict d;
+        d["factor"] = e.factor;
+        d["ply"] = e.ply;
+        d["face"] = e.face == an::Face::Bottom ? "bottom" : "top";
+        d["mode"] = e.mode >= 0 ? info.modes[e.mode] : "none";
+        d["strains"] = vector(e.strains, 8);
+        if (withMargin) d["mos"] = an::marginOfSafety(e.factor, opt.fos);
+        events.append(d);
+    }
+    // A ply that cannot be rated: no factor, as fpf gives it (0), and its
+    // verdict word as the end.
+    static char const* const endWords[] = {"unloaded", "broken", "singular", "carried"};
+    bool const unrated = r.end == an::LpfResult::End::Unrated;
+    double const last = unrated ? 0.0 : r.last;
+    py::dict d;
+    d["criterion"] = info.name;
+    d["events"] = events;
+    d["last"] = last;
+    d["end"] = unrated ? an::verdictWord(r.verdict) : endWords[static_cast<int>(r.end)];
+    if (withMargin) d["mos"] = an::marginOfSafety(last, opt.fos);
+    return d;
+}
+
 py::dict parseLibrary(std::string const& text, std::string const& where)
 {
     laminate::analysis::MaterialLibrary library;
@@ -636,6 +782,8 @@ PYBIND11_MODULE(_laminate, m)
              py::arg("dT") = 0.0, py::arg("dM") = 0.0, py::arg("fos") = 1.0, doc::Rate)
         .def("fpf", &fpf, py::arg("loads"), py::kw_only(), py::arg("criterion") = "tsaiwu", py::arg("dT") = 0.0,
              py::arg("dM") = 0.0, py::arg("fos") = 1.0, py::arg("threads") = 1, doc::Fpf)
+        .def("lpf", &lpf, py::arg("loads"), py::kw_only(), py::arg("criterion") = "tsaiwu2d", py::arg("dT") = 0.0,
+             py::arg("dM") = 0.0, py::arg("degradation") = py::none(), py::arg("fos") = py::none(), doc::Lpf)
         .def("envelope", &envelope, py::kw_only(), py::arg("plane") = std::make_pair(1, 2),
              py::arg("criterion") = "tsaiwu", py::arg("points") = 72, py::arg("dT") = 0.0, py::arg("dM") = 0.0,
              py::arg("fos") = 1.0, doc::Envelope)

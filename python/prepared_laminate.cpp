@@ -121,8 +121,9 @@ void PreparedLaminate::prepareRating()
         alpha.insert(alpha.end(), {m.number(PlyMaterial::alpha1), m.number(PlyMaterial::alpha2)});
         beta.insert(beta.end(), {m.number(PlyMaterial::beta1), m.number(PlyMaterial::beta2)});
     }
-    rating_ = laminate::analysis::LaminateRating(analysis_, plies, hasAlpha ? alpha.data() : nullptr,
-                                                 hasBeta ? beta.data() : nullptr);
+    if (hasAlpha) alpha_ = alpha;
+    if (hasBeta) beta_ = beta;
+    rating_ = laminate::analysis::LaminateRating(analysis_, plies, this->alpha(), this->beta());
 }
 
 laminate::analysis::EngineeringConstants PreparedLaminate::engineering() const

@@ -63,6 +63,10 @@ public:
     laminate::analysis::InterlaminarShear const& shear() const { return shear_; }
     // The catalogue's criteria and the residual stresses per unit dT, dM.
     laminate::analysis::LaminateRating const& rating() const { return rating_; }
+    // The expansion coefficients the rating was made with, layers() pairs,
+    // or null when some layer lacks them.
+    double const* alpha() const { return alpha_.empty() ? nullptr : alpha_.data(); }
+    double const* beta() const { return beta_.empty() ? nullptr : beta_.data(); }
     std::string const& record() const { return record_; }
     std::string const& notation() const { return notation_; }
     // Per layer, layer 1 first: the plies of a layup (empty for a record).
@@ -84,6 +88,7 @@ private:
     laminate::analysis::InterlaminarShear shear_;
     laminate::analysis::LaminateRating rating_;
     std::vector<double> specificWeight_;
+    std::vector<double> alpha_, beta_;  // empty unless every layer has them
     std::vector<MaterialRef> plyMaterials_;
     std::vector<laminate::analysis::LayupPly> plies_;
     std::string record_;
