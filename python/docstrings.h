@@ -257,10 +257,11 @@ dict
     1), ``index`` (at the loads given, residual + mechanical) with
     ``index_verdict``, ``face``, ``mode`` ('none' when never or not rated),
     ``verdict`` ('ok', 'never', 'residual', 'nostrength', 'nodata',
-    'nonfinite', 'badparameter') and the criterion's extra outputs at the
-    failure state where it gives them (``theta_fp`` of Puck, ``alpha``,
-    ``phi`` of LaRC03, degrees).  A ply that cannot be rated has ``rf`` 0,
-    ``index`` 0 and its verdict.  ``fpf``: per criterion the laminate's
+    'nonfinite', 'badparameter', 'unassessed') and the criterion's extra
+    outputs at the failure state where it gives them (``theta_fp`` of Puck,
+    ``alpha``, ``phi`` of LaRC03, degrees).  A ply that is not assessed (a
+    core: ``assess`` 0) has ``rf`` ``inf``.  A ply that cannot be rated has
+    ``rf`` 0, ``index`` 0 and its verdict.  ``fpf``: per criterion the laminate's
     first-ply failure as a dict ``factor ply face mode outcome verdict mos``
     (the fields of :meth:`fpf`, as words).  Never NaN.
 
